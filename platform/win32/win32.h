@@ -1,0 +1,4 @@
+// Everything the layer supplies of the Win32, OLE Automation and run-time-library names.
+#pragma once
+
+#include "types.h"

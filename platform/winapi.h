@@ -1,0 +1,21 @@
+// The one door to the Win32 names: the system's headers on Windows, our small layer elsewhere.
+//
+// Nothing outside platform/ asks which system it is on; it includes this and calls the platform
+// by its published names.
+#pragma once
+
+#if defined(_WIN32)
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+// The Automation headers follow the Windows ones.
+#include <oleauto.h>
+
+#include <ctime>
+#else
+#include "win32/win32.h"
+#endif
