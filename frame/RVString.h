@@ -1,0 +1,41 @@
+// What the library requires of the sibling library zorLtUtils10: the suite's string class.
+#pragma once
+
+#include "../platform/mfc/CString.h"
+#include "../platform/winapi.h"
+#include "export.h"
+
+// The text type of nearly every interface: counted 8-bit text. Every operation of CString works on
+// it. Copies are value copies; one object may be read by several threads at once. Operations that
+// need memory throw CMemoryException* when there is none.
+class ZORLTUTILS_API RVString : public CString {
+public:
+    RVString() noexcept = default;
+    RVString(const RVString&) = default;
+    RVString(RVString&&) noexcept = default;
+    RVString(const CString& text);
+    RVString(const char* text);
+    // The wide text made narrow.
+    RVString(wchar_t* text);
+    virtual ~RVString();
+
+    RVString& operator=(const RVString&) = default;
+    RVString& operator=(RVString&&) noexcept = default;
+    RVString& operator=(const CString& text);
+    RVString& operator=(const char* text);
+    RVString& operator=(wchar_t* text);
+
+    // True when the two texts differ. Regards case and goes by the counted length.
+    bool operator!=(const CString& other) const noexcept;
+
+    // The text read as a decimal number: leading white space is skipped, reading stops at the first
+    // other character, 0 when there is no number. Above 32 bits it is the low 32 bits.
+    explicit operator ULONG() const noexcept;
+
+    // A new BSTR with the text made wide, released by the caller with SysFreeString.
+    [[nodiscard]] BSTR Get_BSTR() const;
+
+    // Replaces the text by the number's decimal digits, with a leading "-" below zero.
+    void Number_To_String(ULONG number);
+    void Number_To_String(int number);
+};

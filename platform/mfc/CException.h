@@ -1,0 +1,70 @@
+// The class library's exceptions: thrown and caught by pointer, disposed of with Delete().
+//
+//     try {
+//         file.Write(bytes, count);
+//     } catch (CFileException* error) {
+//         ...
+//         error->Delete();
+//     }
+#pragma once
+
+#include "../export.h"
+#include "../winapi.h"
+#include "CString.h"
+
+// Base of the family. An object made by one of the AfxThrow functions belongs to whoever catches
+// it and does not throw it on.
+class RVPLATFORM_API CException {
+public:
+    CException() = default;
+    CException(const CException&) = delete;
+    CException& operator=(const CException&) = delete;
+    virtual ~CException();
+
+    // Ends the exception's life. Call it once, in the handler that does not rethrow.
+    virtual void Delete() noexcept;
+};
+
+// The heap is exhausted. One object serves every throw, so that throwing needs no memory.
+class RVPLATFORM_API CMemoryException : public CException {
+public:
+    void Delete() noexcept override;
+};
+
+// A file operation failed.
+class RVPLATFORM_API CFileException : public CException {
+public:
+    enum Cause {
+        none,
+        genericException,
+        fileNotFound,
+        badPath,
+        tooManyOpenFiles,
+        accessDenied,
+        invalidFile,
+        removeCurrentDir,
+        directoryFull,
+        badSeek,
+        hardIO,
+        sharingViolation,
+        lockViolation,
+        diskFull,
+        endOfFile
+    };
+
+    explicit CFileException(int cause = none, LONG os_error = -1, const char* file_name = nullptr);
+
+    // The Cause that stands for a system error number.
+    static int OsErrorToException(LONG os_error) noexcept;
+
+    int m_cause;           // a Cause
+    LONG m_lOsError;       // the system's number (GetLastError), -1 when there is none
+    CString m_strFileName;  // path of the file, empty when it is not known
+};
+
+// Throws CMemoryException*. Allocates nothing of its own.
+[[noreturn]] RVPLATFORM_API void AfxThrowMemoryException();
+
+// Throws CFileException* with these fields, or CMemoryException* when there is no memory for it.
+[[noreturn]] RVPLATFORM_API void AfxThrowFileException(int cause, LONG os_error = -1,
+                                                       const char* file_name = nullptr);

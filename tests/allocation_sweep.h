@@ -1,0 +1,55 @@
+// Walks every path behind an exhausted heap: the first allocation fails, then the second, and so on.
+#pragma once
+
+#include <RVUtils/Allocation.h>
+
+#include <atomic>
+
+namespace rv_test {
+
+// While one lives, the allocation with the given number (0 is the next one) fails, or that one and
+// all behind it.
+class FailingAllocation {
+public:
+    enum class Mode { kOnce, kFromThereOn };
+
+    explicit FailingAllocation(long number, Mode mode = Mode::kOnce) {
+        s_Countdown = number;
+        s_Mode = mode;
+        s_Failed = false;
+        m_Before = AfxSetAllocHook(&Permit);
+    }
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+    ~FailingAllocation() { AfxSetAllocHook(m_Before); }
+
+    // Whether the allocation has come and failed.
+    static bool Failed() { return s_Failed; }
+
+private:
+    static BOOL Permit(std::size_t, BOOL, LONG) {
+        const long number = s_Countdown--;
+        const bool fails = number == 0 || (number < 0 && s_Mode == Mode::kFromThereOn);
+        if (fails) s_Failed = true;
+        return !fails;
+    }
+
+    static inline std::atomic<long> s_Countdown = 0;
+    static inline std::atomic<bool> s_Failed = false;
+    static inline Mode s_Mode = Mode::kOnce;
+    AFX_ALLOC_HOOK m_Before;
+};
+
+// Calls `operation` with the first allocation failing, then the second, until it runs through
+// without a failure, and gives the number of failures that it went through.
+template <class Operation>
+long Sweep_Allocations(Operation operation,
+                       FailingAllocation::Mode mode = FailingAllocation::Mode::kOnce) {
+    for (long number = 0;; ++number) {
+        FailingAllocation failing(number, mode);
+        operation();
+        if (!FailingAllocation::Failed()) return number;
+    }
+}
+
+}  // namespace rv_test
