@@ -27,12 +27,16 @@ public:
 
     // True when the two texts differ. Regards case and goes by the counted length.
     bool operator!=(const CString& other) const noexcept;
+    bool operator!=(const char* text) const noexcept;
 
-    // The text read as a decimal number: leading white space is skipped, reading stops at the first
-    // other character, 0 when there is no number. Above 32 bits it is the low 32 bits.
-    explicit operator ULONG() const noexcept;
+    // The text read as a decimal number: leading white space is skipped, a sign is allowed, reading
+    // stops at the first other character, 0 when there is no number. Above 32 bits, and below zero,
+    // it is the low 32 bits, so that every text of Number_To_String reads back as what it was.
+    operator ULONG() const noexcept;
 
-    // A new BSTR with the text made wide, released by the caller with SysFreeString.
+    // A new BSTR with the text made wide, by the encoding of the thread's locale, NUL bytes
+    // included; released by the caller with SysFreeString. Throws CMemoryException* when it cannot
+    // be had; it is never null.
     [[nodiscard]] BSTR Get_BSTR() const;
 
     // Replaces the text by the number's decimal digits, with a leading "-" below zero.
