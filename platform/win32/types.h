@@ -37,3 +37,6 @@ using HANDLE = void*;
 #define TRUE 1
 #endif
 #define MAX_PATH 260
+
+inline constexpr HRESULT S_OK = 0;
+inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
