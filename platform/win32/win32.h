@@ -1,4 +1,6 @@
 // Everything the layer supplies of the Win32, OLE Automation and run-time-library names.
 #pragma once
 
+#include "crttime.h"
+#include "oledate.h"
 #include "types.h"
