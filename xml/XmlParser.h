@@ -9,7 +9,9 @@
 
 namespace rv {
 class XmlItems;
-}
+class XmlSource;
+class XmlTempFile;
+}  // namespace rv
 
 // Turns a document into a flat list of its elements, in the order of their start tags.
 //
@@ -48,11 +50,10 @@ public:
     // element's value becomes a reference to that file; whoever uses such a reference up with
     // Load_File or pBase64_Decode_File deletes the file with it, nobody else does. Memory stays at
     // one block beside the items, whatever the file's length.
-    // True: as for Load_Text, and the file is gone. False: refused as above, or code 25 was reported
-    // for a file that cannot be opened, is cut short while it is read, or for a temporary file that
-    // cannot be made; the file stays.
-    // A body that cannot be written whole throws CFileException*; the file stays, and nothing is
-    // left of the temporary one.
+    // True: as for Load_Text, and the file is gone. False: refused as above, or code 25 was
+    // reported for a file that cannot be opened, is cut short while it is read, or for a temporary
+    // file that cannot be made; the file stays. A body that cannot be written whole throws
+    // CFileException*; the file stays, and nothing is left of the temporary one.
     [[nodiscard]] bool Load_File(const RVString& reference);
 
     // Hands out the item at the cursor and moves on. False: there is none, the outputs are as they
@@ -68,9 +69,14 @@ protected:
     void Clear() noexcept;
 
 private:
-    struct Cursor;
-    static bool Get_Temp_Filename(RVString& name);
-    static ULONG Get_Temp_Path(RVString& path);
+    friend class rv::XmlTempFile;
+
+    // A name in the temporary directory for the present second, or the next one that this process
+    // has not used. False: code 25 was reported.
+    [[nodiscard]] static bool Get_Temp_Filename(RVString& name);
+    // 0 and the temporary directory with its closing separator, or the system's error number.
+    [[nodiscard]] static ULONG Get_Temp_Path(RVString& path);
+    bool Load(rv::XmlSource& source);
 
     std::unique_ptr<rv::XmlItems> m_Items;  // null: no items
 };

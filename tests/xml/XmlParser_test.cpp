@@ -1,0 +1,626 @@
+#include <RVUtils/XmlParser.h>
+#include <RVUtils/rvdatetm.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "allocation_sweep.h"
+#include "environment.h"
+#include "report_recorder.h"
+#include "scratch.h"
+#include "xml_support.h"
+
+namespace {
+
+using namespace rv_test;
+namespace fs = std::filesystem;
+
+// One line an item: name, value and count apart by bars; a name alone was never ended.
+std::string Lines(const std::vector<LiteralItem>& items) {
+    std::string lines;
+    for (const LiteralItem& item : items) {
+        if (!lines.empty()) lines += ' ';
+        lines += item.name;
+        if (item.value) lines += '|' + *item.value + '|' + std::to_string(*item.children);
+    }
+    return lines;
+}
+
+std::string Repeated(std::string_view text, std::size_t count) {
+    std::string result;
+    for (std::size_t i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+// Documents that the two loads must read alike, and what they hold.
+constexpr struct {
+    const char* why;
+    std::string_view document;
+    bool accepted;
+    const char* items;
+} kDocuments[] = {
+    {"the worked example", "<?xml version=\"1.0\"?><r x=\"1\"><a>  one </a><b/><c><d>x</d></c></r>",
+     true, "r||3 a|one|0 b||0 c||1 d|x|0"},
+    {"empty", "", true, ""},
+    {"text alone", "only text", true, ""},
+    {"never ended", "<a>", true, "a"},
+    {"never finished", "<a", true, ""},
+    {"text that nothing stores", "<a>text", true, "a"},
+    {"several at the top", "<a/><b/>", true, "a||0 b||0"},
+    {"blank behind a start tag's name", "<a ></a>", true, "a||0"},
+    {"blank behind an end tag's name", "<a></a >", false, "a"},
+    {"blank before an end tag's name", "<a></ a>", false, "a"},
+    {"line break in an end tag", "<a></\na\r>", true, "a||0"},
+    {"blank before the name", "< a></a>", true, "a||0"},
+    {"blank before the name and behind", "< a b></a b>", true, "a b||0"},
+    {"vertical tab around a name", "<\va\v></a>", true, "a||0"},
+    {"attributes of a start tag", "<a b='1' c='2'>x</a>", true, "a|x|0"},
+    {"attributes of a self-closing tag", "<a b='1'  c='2' />", true, "a b='1'  c='2'||0"},
+    {"tab before an attribute", "<a\tb='1'></ab='1'>", true, "ab='1'||0"},
+    {"> in quotes", "<a b='>'></a>", false, "a"},
+    {"< in quotes", "<a b='<'></a>", false, ""},
+    {"comment before the top", "<!-- note --><a/>", true, "!-- a||0"},
+    {"comment inside", "<a><!-- note --></a>", false, "a !--"},
+    {"doctype", "<!DOCTYPE x><a/>", true, "!DOCTYPE a||0"},
+    {"entities", "<a>&lt;&amp;</a>", true, "a|&lt;&amp;|0"},
+    {"> in text", "<a>x>y</a>", false, "a"},
+    {"section's end outside of one", "<a>x]]></a>", false, "a"},
+    {"instruction wipes the text", "<a>x<?p?>y</a>", true, "a|y|0"},
+    {"instruction ends at its first >", "<?p>x<a/>", true, "a|x|0"},
+    {"tag that goes on behind an instruction", "<?p<q>r>x</qr>", true, "qr|x|0"},
+    {"tag that an instruction's end does not end", "<?p<q>r>x</r>", false, "qr"},
+    {"text before a child", "<a>x<b>y</b>z</a>", true, "a|z|1 b|xy|0"},
+    {"text before a self-closing element", "<a>x<b/>y</a>", true, "a|xy|1 b|x|0"},
+    {"blanks before a self-closing element", "<a>  <b/></a>", true, "a||1 b|  |0"},
+    {"blanks that two share", "<a>x  <b/><c/> </a>", true, "a|x|2 b|x  |0 c|x  |0"},
+    {"text before the first tag", "x<a>y</a>", true, "a|xy|0"},
+    {"trimmed and dropped bytes", "<a>\v\f\n x\ty \r\n</a>", true, "a|xy|0"},
+    {"unfinished opening of a section", "<a><![CDATA</a>", false, "a"},
+    {"self-closing and nothing else", "</>", true, "||0"},
+    {"self-closing slash", "<//>", true, "/||0"},
+    {"empty tag", "<>", false, ""},
+    {"tag of dropped bytes", "<\n\t>", false, ""},
+    {"end tag with nothing open", "</a>", false, ""},
+    {"end tag of another", "<a><b></a>", false, "a b"},
+    {"end tag in other case", "<a></A>", false, "a"},
+    {"< in a tag", "<a<b>", false, ""},
+    {"depths", "<r><a/><b><c/></b></r>", true, "r||2 a||0 b||1 c||0"},
+    {"high bytes", "<\xE4>\xFF\x80</\xE4>", true, "\xE4|\xFF\x80|0"},
+    {"NUL bytes", std::string_view("<a\0>\0x\0</a\0>", 13), true, "*"},
+    {"section without an end", "<a><![CDATA[xy>", true, "a y"},
+    {"section without an end, then <", "<a><![CDATA[x<b>", false, "a"},
+    {"opening marker at the end", "<a><![CDATA[", true, "a"},
+    {"two openings, one end", "<![CDATA[xa><![CDATA[y]]><b/>", true, "a b|y|0"},
+};
+
+TEST(XmlParser, DocumentsInMemoryAndOnDisk) {
+    const ScratchDirectory scratch;
+    for (const auto& row : kDocuments) {
+        SCOPED_TRACE(row.why);
+        const LiteralReader literal(row.document);
+        RVXmlParser parser;
+        RVString name, value;
+        ULONG children = 7;
+        EXPECT_EQ(parser.Load_Text(To_RVString(row.document)), row.accepted);
+        if (!row.accepted) {
+            EXPECT_FALSE(parser.Next(name, value, children)) << "the cursor stands on nothing";
+            EXPECT_EQ(children, 7u);
+        }
+        if (row.items != std::string_view("*")) {
+            EXPECT_EQ(Lines(Walk(parser)), row.items);
+        }
+        EXPECT_EQ(Walk(parser), literal.Items()) << "Reset starts over";
+        EXPECT_EQ(literal.Accepted(), row.accepted);
+        if (row.document.find(']') != std::string_view::npos) continue;
+
+        const fs::path file = scratch.Path() / "document.xml";
+        Write_File(file, row.document);
+        EXPECT_EQ(parser.Load_File(Reference(file)), row.accepted);
+        EXPECT_EQ(fs::exists(file), !row.accepted) << "used up when it was accepted";
+        EXPECT_EQ(Walk(parser), literal.Items());
+    }
+}
+
+constexpr struct {
+    const char* why;
+    std::string_view document;
+    const char* text_items;
+    const char* file_items;
+} kSections[] = {
+    {"plain", "<a><![CDATA[<x>&\t\n]]></a>", "a|<x>&|0", "a|FILE{<x>&\t\n}|0"},
+    {"empty", "<a><![CDATA[]]></a>", "a||0", "a|FILE{}|0"},
+    {"nested", "<a><![CDATA[x<![CDATA[y]]>z]]></a>", "a|x<![CDATA[y]]>z|0",
+     "a|FILE{x<![CDATA[y]]>z}|0"},
+    {"text around", "<a>lost<![CDATA[x]]> y </a>", "a|x y|0", "a|FILE{x} y|0"},
+    {"two", "<a><![CDATA[x]]>lost<![CDATA[y]]></a>", "a|y|0", "a|FILE{y}|0"},
+    {"self-closing behind", "<a><![CDATA[ x ]]><b/></a>", "a|x|1 b| x |0",
+     "a|FILE{ x }|1 b|FILE{ x }|0"},
+    {"brackets at the end", "<a><![CDATA[x]]]]></a>", "a|x]]|0", "a|FILE{x]]}|0"},
+    {"as a tag begins in it", "<a><![CDATA[</a>]]></a>", "a|</a>|0", "a|FILE{</a>}|0"},
+};
+
+TEST(XmlParser, Sections) {
+    const ScratchDirectory scratch;
+    for (const auto& row : kSections) {
+        SCOPED_TRACE(row.why);
+        RVXmlParser parser;
+        EXPECT_TRUE(parser.Load_Text(To_RVString(row.document)));
+        EXPECT_EQ(Lines(Walk(parser)), row.text_items);
+        const fs::path file = scratch.Path() / "document.xml";
+        Write_File(file, row.document);
+        EXPECT_TRUE(parser.Load_File(Reference(file)));
+        EXPECT_EQ(Lines(Walk(parser)), row.file_items);
+    }
+}
+
+// Bits of documents, put together at random.
+std::string Random_Document(std::mt19937& random, std::size_t most) {
+    static constexpr std::string_view kBits[] = {
+        "<",
+        ">",
+        "/",
+        "<a>",
+        "</a>",
+        "<b/>",
+        "<a x='1'>",
+        " ",
+        "x",
+        "yyy",
+        "\n",
+        "\t",
+        "\v",
+        "<![CDATA[",
+        "]]>",
+        "<![CDATA[",
+        "]",
+        "[",
+        "<?",
+        "?>",
+        "</",
+        std::string_view("\0", 1),
+        "text of more than sixteen bytes ",
+        "<elementOfMoreThanSixteenBytes with='attributes'>",
+        "</elementOfMoreThanSixteenBytes>",
+        "<a>v</a>",
+        "<![CDATA[b]]>"};
+    std::string document;
+    for (std::size_t count = random() % most + 1; count > 0; --count)
+        document += kBits[random() % std::size(kBits)];
+    return document;
+}
+
+TEST(XmlParser, RandomDocumentsLikeTheLiteralReader) {
+    std::mt19937 random(20010203);
+    int accepted = 0;
+    RVXmlParser parser;
+    for (int i = 0; i < 60000; ++i) {
+        const std::string document = Random_Document(random, 24);
+        const LiteralReader literal(document);
+        accepted += literal.Accepted();
+        ASSERT_EQ(parser.Load_Text(To_RVString(document)), literal.Accepted()) << document;
+        ASSERT_EQ(Walk(parser), literal.Items()) << document;
+    }
+    EXPECT_GT(accepted, 1000) << "both outcomes occur";
+
+    const ScratchDirectory scratch;
+    const fs::path file = scratch.Path() / "document.xml";
+    for (int i = 0; i < 600; ++i) {
+        const std::string document = Random_Document(random, 12);
+        const LiteralReader literal(document, LiteralReader::Source::kFile);
+        Write_File(file, document);
+        ASSERT_EQ(parser.Load_File(Reference(file)), literal.Accepted()) << document;
+        ASSERT_EQ(Walk(parser), literal.Items()) << document;
+    }
+}
+
+TEST(XmlParser, EveryTruncationOfADocument) {
+    const std::string document =
+        "<?xml?><r a='1'>t<![CDATA[x<![CDATA[y]]>z]]><b/><c>v</c></r><d><![CDATA[q]]></d>";
+    RVXmlParser parser;
+    for (std::size_t length = 0; length <= document.size(); ++length) {
+        const std::string_view part = std::string_view(document).substr(0, length);
+        const LiteralReader literal(part);
+        ASSERT_EQ(parser.Load_Text(To_RVString(part)), literal.Accepted()) << part;
+        ASSERT_EQ(Walk(parser), literal.Items()) << part;
+    }
+}
+
+// Markers and tags moved across the edge of the read block, byte by byte; NUL bytes that hide
+// markers up to the end of the search block and no further.
+TEST(XmlParser, BlockEdgesInAFile) {
+    constexpr std::size_t kBlock = 1048576;
+    constexpr std::size_t kStep = kBlock - 100;
+    const ScratchDirectory scratch;
+    const fs::path file = scratch.Path() / "document.xml";
+    RVXmlParser parser;
+    const auto check = [&](const std::string& document, const std::string& why) {
+        const LiteralReader literal(document, LiteralReader::Source::kFile);
+        Write_File(file, document);
+        EXPECT_EQ(parser.Load_File(Reference(file)), literal.Accepted()) << why;
+        EXPECT_TRUE(Walk(parser) == literal.Items()) << why;
+    };
+    const std::string tail = "<b>y</b><![CDATA[inner<![CDATA[]]>]]></a>";
+    for (std::size_t back = 0; back <= tail.size() + 2; back += 3)
+        check("<a>" + std::string(kBlock - 3 - back, 'x') + tail,
+              "text up to " + std::to_string(back) + " before the block's end");
+    for (std::size_t back = 0; back <= 14; ++back)
+        check("<a><![CDATA[" + std::string(kBlock - 12 - back, 'x') + "<![CDATA[y]]>]]>z</a>",
+              "body up to " + std::to_string(back) + " before the block's end");
+    for (const std::size_t behind :
+         {kStep - 1, kStep, kStep + 1, kBlock - 3, kBlock, 2 * kStep - 1, 2 * kStep})
+        for (const std::size_t nul : {std::size_t{0}, kStep - 1, kStep, kStep + 1}) {
+            if (nul >= behind) continue;
+            std::string body(behind, 'x');
+            body[nul] = '\0';
+            check("<a><![CDATA[" + body + "]]></a>",
+                  "NUL at " + std::to_string(nul) + ", end at " + std::to_string(behind));
+            body[behind / 2] = '\0';
+            check("<![CDATA[xa><![CDATA[" + body + "]]><![CDATA[" + body + "]]></a>",
+                  "behind one without an end, NUL at " + std::to_string(nul) + ", end at " +
+                      std::to_string(behind));
+        }
+    check("<a>" + std::string(3 * kBlock, 'x') + "</a>", "a run longer than the block");
+    check("<a" + std::string(3 * kBlock, 'x') + ">", "a tag longer than the block");
+}
+
+// Loads a document both ways and holds the outcome against `accepted` and `value`, which is the
+// value of the first element, none where it is never ended.
+void Expect_First_Value(const std::string& document, bool accepted,
+                        const std::optional<std::string>& value) {
+    const ScratchDirectory scratch;
+    const fs::path file = scratch.Path() / "document.xml";
+    Write_File(file, document);
+    RVXmlParser parser;
+    EXPECT_EQ(parser.Load_Text(To_RVString(document)), accepted);
+    std::vector<LiteralItem> items = Walk(parser);
+    ASSERT_FALSE(items.empty());
+    EXPECT_TRUE(items[0].value == value) << "in memory";
+    EXPECT_EQ(parser.Load_File(Reference(file)), accepted);
+    items = Walk(parser);
+    ASSERT_FALSE(items.empty());
+    EXPECT_TRUE(items[0].value == (value ? std::optional(LiteralReader::Filed(*value)) : value))
+        << "on disk";
+}
+
+TEST(XmlParser, NestingIsCountedInSixteenBits) {
+    const auto openings = [](std::size_t count) { return Repeated("<![CDATA[", count); };
+    const auto closings = [](std::size_t count) { return Repeated("]]>", count); };
+    constexpr struct {
+        const char* why;
+        std::size_t nested, closed;
+        bool accepted;
+        std::size_t inner_closings;  // in the value, if it is accepted
+    } kRows[] = {
+        {"deep", 60000, 60001, true, 60000},
+        {"one too few", 60000, 60000, false, 0},
+        {"as deep as it goes", 65534, 65535, true, 65534},
+        {"wraps: ends at the first", 65535, 1, true, 0},
+        {"wraps: the second is text", 65535, 2, false, 0},
+        {"wraps: and none", 65535, 0, false, 0},
+        {"wraps, and goes on", 70000, 1, true, 0},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        std::optional<std::string> value;
+        if (row.accepted) value = openings(row.nested) + closings(row.inner_closings);
+        Expect_First_Value("<a><![CDATA[" + openings(row.nested) + closings(row.closed) + "</a>",
+                           row.accepted, value);
+    }
+}
+
+// Openings with and without an end, far apart, so that what is remembered of a failed search is
+// asked for again and again: "<q]]>" is a tag that ends a section before it.
+TEST(XmlParser, SectionsAmongThoseWithoutAnEnd) {
+    std::mt19937 random(7);
+    const ScratchDirectory scratch;
+    const fs::path file = scratch.Path() / "document.xml";
+    RVXmlParser parser;
+    for (int round = 0; round < 6; ++round) {
+        std::string document;
+        while (document.size() < 150000) {
+            static constexpr std::string_view kBits[] = {"<![CDATA[xa>", "<![CDATA[xa>",
+                                                         "<![CDATA[y]]>", "<q]]>"};
+            document += kBits[random() % std::size(kBits)];
+            document.append(random() % 600, 'z');
+            if (round % 3 == 2 && random() % 60 == 0) document += '\0';
+        }
+        const LiteralReader text(document);
+        ASSERT_EQ(parser.Load_Text(To_RVString(document)), text.Accepted());
+        ASSERT_TRUE(Walk(parser) == text.Items()) << round;
+        const LiteralReader filed(document, LiteralReader::Source::kFile);
+        Write_File(file, document);
+        ASSERT_EQ(parser.Load_File(Reference(file)), filed.Accepted());
+        ASSERT_TRUE(Walk(parser) == filed.Items()) << round;
+    }
+}
+
+// Each of these takes hours where some step is not linear.
+TEST(XmlParser, HostileDocumentsEnd) {
+    constexpr std::size_t kMillion = 1000000;
+    const struct {
+        const char* why;
+        std::string document;
+        bool accepted;
+        std::size_t items;
+    } kRows[] = {
+        {"sections without an end", Repeated("<![CDATA[xa>", kMillion), true, kMillion},
+        {"the same with NUL bytes", Repeated(std::string_view("<![CDATA[xa>\0", 13), kMillion),
+         true, kMillion},
+        {"nesting that wraps, with an end", Repeated("<![CDATA[xa>", kMillion) + "<q]]>", true, 0},
+        {"openings only", Repeated("<![CDATA[", kMillion), false, 0},
+        {"open elements", Repeated("<a>", kMillion), true, kMillion},
+        {"open elements with text before", std::string(kMillion, 'x') + Repeated("<a>", kMillion),
+         true, kMillion},
+        {"self-closing elements that share a text",
+         "<a>" + std::string(kMillion, 'x') + Repeated("<b/>x", 1000), true, 1001},
+        {"instructions", Repeated("<?x>", kMillion), true, 0},
+        {"brackets in a section", "<![CDATA[" + Repeated("]", kMillion) + "]]><a/>", true, 1},
+    };
+    const ScratchDirectory scratch;
+    const fs::path file = scratch.Path() / "document.xml";
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        RVXmlParser parser;
+        const auto count = [&] {
+            RVString name, value;
+            ULONG children;
+            std::size_t items = 0;
+            for (parser.Reset(); parser.Next(name, value, children);)
+                ++items;
+            return items;
+        };
+        EXPECT_EQ(parser.Load_Text(To_RVString(row.document)), row.accepted);
+        EXPECT_EQ(count(), row.items);
+        Write_File(file, row.document);
+        EXPECT_EQ(parser.Load_File(Reference(file)), row.accepted);
+        EXPECT_EQ(count(), row.items);
+    }
+}
+
+TEST(XmlParser, WalkAndReset) {
+    RVXmlParser parser;
+    RVString name("n"), value("v");
+    ULONG children = 5;
+    EXPECT_FALSE(parser.Next(name, value, children)) << "new";
+    parser.Reset();
+    EXPECT_FALSE(parser.Next(name, value, children)) << "nothing to start over";
+    EXPECT_EQ(Text(name) + Text(value), "nv") << "outputs are not touched";
+
+    ASSERT_TRUE(parser.Load_Text("<a><b>x</b>"));
+    ASSERT_TRUE(parser.Next(name, value, children));
+    EXPECT_EQ(Text(name) + "|" + Text(value), "a|") << "emptied for an open element";
+    EXPECT_EQ(children, 5u) << "which leaves the count alone";
+    parser.Reset();
+    ASSERT_TRUE(parser.Next(name, value, children));
+    EXPECT_EQ(Text(name), "a");
+    ASSERT_TRUE(parser.Next(value, value, children));
+    EXPECT_EQ(Text(value), "b") << "one string for both holds what is written last";
+    for (int i = 0; i < 2; ++i)
+        EXPECT_FALSE(parser.Next(name, value, children));
+
+    EXPECT_FALSE(parser.Load_Text("<c/></d>"));
+    EXPECT_FALSE(parser.Next(name, value, children)) << "refused: on nothing until Reset";
+    EXPECT_EQ(Lines(Walk(parser)), "c||0") << "a load ends the result before";
+}
+
+// Sizes around those of the blocks that items, names and texts are held in.
+TEST(XmlParser, NamesAndValuesOfAnyLength) {
+    std::mt19937 random(99);
+    std::string document;
+    std::vector<std::string> expected;
+    for (std::size_t size : {1u, 15u, 16u, 17u, 4095u, 4096u, 4097u, 65536u, 300000u, 1u, 3000000u})
+        for (int i = 0; i < 3; ++i) {
+            const std::string name(size / (static_cast<std::size_t>(i) + 1) + 1,
+                                   static_cast<char>('a' + random() % 26));
+            const std::string value(size - random() % 2, static_cast<char>('A' + random() % 26));
+            document += "<" + name + ">" + value + "</" + name + ">";
+            expected.push_back(name + value);
+        }
+    document += Repeated("<e/>", 60000);
+    expected.resize(expected.size() + 60000, "e");
+    const ScratchDirectory scratch;
+    const fs::path file = scratch.Path() / "document.xml";
+    Write_File(file, document);
+    RVXmlParser parser;
+    const auto check = [&] {
+        std::size_t at = 0;
+        for (const LiteralItem& item : Walk(parser)) {
+            ASSERT_LT(at, expected.size());
+            ASSERT_TRUE(item.name + *item.value == expected[at++]) << at;
+        }
+        EXPECT_EQ(at, expected.size());
+    };
+    ASSERT_TRUE(parser.Load_Text(To_RVString(document)));
+    check();
+    ASSERT_TRUE(parser.Load_File(Reference(file)));
+    check();
+}
+
+// The references of the items of a document, in order.
+std::vector<std::string> References(RVXmlParser& parser) {
+    std::vector<std::string> paths;
+    RVString name, value;
+    ULONG children;
+    for (parser.Reset(); parser.Next(name, value, children);)
+        if (value.Find("FILE://") == 0) paths.push_back(Text(value).substr(7));
+    return paths;
+}
+
+TEST(XmlParser, ReferencesAreUsedUpByLoadFile) {
+    const ScratchDirectory scratch;
+    const fs::path file = scratch.Path() / "document.xml";
+    Write_File(file, "<a><![CDATA[<in><![CDATA[<deep/>]]></in>]]></a><b><![CDATA[kept]]></b>");
+    std::vector<std::string> outer;
+    {
+        RVXmlParser parser;
+        ASSERT_TRUE(parser.Load_File(Reference(file)));
+        outer = References(parser);
+    }
+    ASSERT_EQ(outer.size(), 2u);
+    EXPECT_EQ(Read_File(outer[1]), "kept") << "no parser takes a temporary file with it";
+    const std::string form = fs::path(outer[0]).filename().string();
+    ASSERT_EQ(form.size(), 25u);
+    EXPECT_EQ(form.substr(0, 7) + form.substr(21), "ZORTmp_.tmp");
+    RVString digits = To_RVString(form.substr(7, 14));
+    EXPECT_TRUE(RVDateTime::Validate_Db_Value(digits)) << form;
+
+    RVXmlParser parser;
+    ASSERT_TRUE(parser.Load_File(To_RVString("file://" + outer[0])));
+    EXPECT_FALSE(fs::exists(outer[0]));
+    const std::vector<std::string> inner = References(parser);
+    ASSERT_EQ(inner.size(), 1u);
+    ASSERT_TRUE(parser.Load_File(To_RVString("1234567" + inner[0])));
+    EXPECT_FALSE(fs::exists(inner[0]));
+    EXPECT_EQ(Lines(Walk(parser)), "deep||0");
+    fs::remove(outer[1]);
+}
+
+TEST(XmlParser, FilesThatCannotBeLoaded) {
+    const ScratchDirectory scratch;
+    ReportRecorder recorder;
+    const fs::path refused = scratch.Path() / "refused.xml";
+    Write_File(refused, "<a><![CDATA[body]]></b>");
+    const struct {
+        const char* why;
+        RVString reference;
+        Reports reports;
+    } kRows[] = {
+        {"no such file", Reference(scratch.Path() / "none.xml"), {{25, "XmlParser"}}},
+        {"a directory", Reference(scratch.Path()), {{25, "XmlParser"}}},
+        {"no path", "FILE://", {{25, "XmlParser"}}},
+        {"fewer than seven bytes", "FILE", {{25, "XmlParser"}}},
+        {"empty", "", {{25, "XmlParser"}}},
+        {"refused by its bytes", Reference(refused), {}},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        RVXmlParser parser;
+        EXPECT_FALSE(parser.Load_File(row.reference));
+        EXPECT_EQ(recorder.Take(), row.reports);
+    }
+    EXPECT_TRUE(fs::exists(refused));
+    const fs::path empty = scratch.Path() / "empty.xml";
+    Write_File(empty, "");
+    RVXmlParser parser;
+    EXPECT_TRUE(parser.Load_File(Reference(empty)));
+    EXPECT_FALSE(fs::exists(empty));
+}
+
+// A thousand bodies in one second, from several parsers at once: each keeps its own.
+TEST(XmlParser, TemporaryNamesAreKeptApart) {
+    constexpr int kThreads = 4;
+    constexpr int kBodies = 250;
+    const ScratchDirectory scratch;
+    std::vector<std::string> paths[kThreads];
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back([&, t] {
+            const fs::path file = scratch.Path() / ("document" + std::to_string(t));
+            std::string document;
+            for (int i = 0; i < kBodies; ++i)
+                document += "<a><![CDATA[" + std::to_string(t * kBodies + i) + "]]></a>";
+            Write_File(file, document);
+            RVXmlParser parser;
+            if (parser.Load_File(Reference(file))) paths[t] = References(parser);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    std::set<std::string> names;
+    for (int t = 0; t < kThreads; ++t) {
+        ASSERT_EQ(paths[t].size(), static_cast<std::size_t>(kBodies));
+        for (int i = 0; i < kBodies; ++i) {
+            const std::string& path = paths[t][static_cast<std::size_t>(i)];
+            EXPECT_EQ(Read_File(path), std::to_string(t * kBodies + i));
+            EXPECT_TRUE(names.insert(path).second) << path;
+            fs::remove(path);
+        }
+    }
+}
+
+// Runs `load` with every allocation refused in turn, and looks that nothing but the memory
+// exception comes out, and that the same parser reads the document once there is memory.
+template <class Load>
+void Expect_Load_Survives(RVXmlParser& parser, Load load, std::string_view expected) {
+    ReportRecorder recorder;
+    long exceptions = 0;
+    const auto attempt = [&] {
+        try {
+            load();
+        } catch (CMemoryException* error) {
+            error->Delete();
+            ++exceptions;
+        }
+    };
+    for (const auto mode :
+         {FailingAllocation::Mode::kOnce, FailingAllocation::Mode::kFromThereOn}) {
+        EXPECT_GT(Sweep_Allocations(attempt, mode), 5);
+        EXPECT_GT(exceptions, 3);
+        load();
+        EXPECT_EQ(Lines(Walk(parser)), expected);
+    }
+}
+
+TEST(XmlParser, AllocationFailures) {
+    const ScratchDirectory scratch;
+    const TempDirectory temp(scratch.Path().string());
+    const std::string long_text(5000, 'x');
+    const std::string document =
+        "<r><a>" + long_text + "</a><b><![CDATA[in <![CDATA[]]>]]></b></r>";
+    const RVString text = To_RVString(document);
+    const RVString endless = To_RVString("<![CDATA[xa>" + long_text + "<b/>");
+    const fs::path file = scratch.Path() / "document.xml";
+    const RVString reference = Reference(file);
+    RVXmlParser parser;
+    Expect_Load_Survives(
+        parser, [&] { return parser.Load_Text(text); },
+        "r||2 a|" + long_text + "|0 b|in <![CDATA[]]>|0");
+    Expect_Load_Survives(
+        parser, [&] { return parser.Load_Text(endless); }, "a b|" + long_text + "|0");
+    Expect_Load_Survives(
+        parser,
+        [&] {
+            Write_File(file, document);
+            return parser.Load_File(reference);
+        },
+        "r||2 a|" + long_text + "|0 b|FILE{in <![CDATA[]]>}|0");
+
+    ASSERT_TRUE(parser.Load_Text(text));
+    RVString name, value;
+    ULONG children;
+    std::size_t items = 0;
+    Sweep_Allocations([&] {
+        try {
+            while (parser.Next(name, value, children))
+                ++items;
+        } catch (CMemoryException* error) {
+            error->Delete();
+        }
+    });
+    EXPECT_EQ(items, 3u) << "an item that could not be handed out comes again";
+}
+
+TEST(XmlParser, GoesOnWithoutTheStoreSizedInAdvance) {
+    ReportRecorder recorder;
+    RVXmlParser parser;
+    const RVString document("<a>some value</a>");
+    bool told = false;
+    Sweep_Allocations([&] {
+        try {
+            const bool loaded = parser.Load_Text(document);
+            if (recorder.Take() == Reports{{23, "XmlParser"}}) {
+                told = true;
+                EXPECT_TRUE(loaded);
+                EXPECT_EQ(Lines(Walk(parser)), "a|some value|0");
+            }
+        } catch (CMemoryException* error) {
+            error->Delete();
+        }
+    });
+    EXPECT_TRUE(told);
+}
+
+}  // namespace

@@ -1,0 +1,59 @@
+// What the tests and the fuzz targets of the reader share.
+#pragma once
+
+#include <RVUtils/XmlParser.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "literal_reader.h"
+#include "scratch.h"
+
+namespace rv_test {
+
+inline std::string Text(const CString& text) {
+    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
+}
+
+inline RVString To_RVString(std::string_view text) {
+    return RVString(CString(text.data(), static_cast<int>(text.size())));
+}
+
+inline RVString Reference(const std::filesystem::path& path) {
+    return To_RVString("FILE://" + path.string());
+}
+
+// Where a value names a temporary file, the file's bytes as the literal reader shows them. Names
+// have a fixed form, so that text behind one is told from it.
+inline std::string With_Bodies(std::string value) {
+    constexpr std::string_view kPrefix = "FILE://";
+    constexpr std::size_t kTail = sizeof("ZORTmp_20001231235959.tmp") - 1;
+    const std::size_t at = value.find(kPrefix);
+    const std::size_t name = value.find("ZORTmp_", at == std::string::npos ? 0 : at);
+    if (at == std::string::npos || name == std::string::npos) return value;
+    const std::string path = value.substr(at + kPrefix.size(), name + kTail - at - kPrefix.size());
+    return value.substr(0, at) + LiteralReader::Filed(Read_File(path)) + value.substr(name + kTail);
+}
+
+// Walks a loaded parser from its first item.
+inline std::vector<LiteralItem> Walk(RVXmlParser& parser) {
+    constexpr ULONG kUntouched = 0xDEADBEEF;
+    std::vector<LiteralItem> items;
+    RVString name;
+    RVString value;
+    parser.Reset();
+    for (ULONG children = kUntouched; parser.Next(name, value, children); children = kUntouched) {
+        LiteralItem item{Text(name), std::nullopt, std::nullopt};
+        if (children != kUntouched) {
+            item.value = With_Bodies(Text(value));
+            item.children = children;
+        }
+        items.push_back(item);
+    }
+    return items;
+}
+
+}  // namespace rv_test
