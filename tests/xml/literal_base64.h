@@ -1,0 +1,78 @@
+// The Base64 codec once more, a character at a time and with nothing in common with the library:
+// what the tests and the fuzz targets hold it against.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace rv_test {
+
+inline constexpr std::string_view kLiteralAlphabet =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+// By bits: eight of each byte in a row, cut into sixes.
+inline std::string Encode_Literally(std::string_view bytes) {
+    std::string bits;
+    for (const char byte : bytes)
+        for (int bit = 7; bit >= 0; --bit)
+            bits += (byte >> bit & 1) ? '1' : '0';
+    while (bits.size() % 6 != 0)
+        bits += '0';
+    std::string text;
+    for (std::size_t at = 0; at < bits.size(); at += 6)
+        text += kLiteralAlphabet[std::stoul(bits.substr(at, 6), nullptr, 2)];
+    while (text.size() % 4 != 0)
+        text += '=';
+    return text;
+}
+
+struct LiteralDecode {
+    std::string bytes;
+    std::string chunk;  // the last one that was read from a file, up to its first NUL
+};
+
+// `in_file`: the text is read from a file, in chunks; else it is held in a string.
+inline LiteralDecode Decode_Literally(std::string_view text, bool in_file) {
+    constexpr std::size_t kChunk = 1048576;
+    LiteralDecode result;
+    std::string chunk;
+    std::size_t base = 0;
+    const auto read_chunk = [&] {
+        chunk = in_file ? text.substr(base, kChunk) : text;
+        result.chunk = chunk.c_str();
+        chunk.resize(in_file ? kChunk + 1 : text.size() + 1);
+    };
+    read_chunk();
+    std::size_t bits = 0;
+    int count = 0;
+    const auto end_group = [&](int bytes) {
+        for (int byte = 0; byte < bytes; ++byte)
+            result.bytes += static_cast<char>(bits >> (16 - 8 * byte));
+        bits = 0;
+        count = 0;
+    };
+    std::size_t i = 0;
+    for (std::size_t left = text.size(); left > 0; --left) {
+        if (chunk[i] == '=') break;
+        if (in_file && i > 1048566) {
+            base += i;
+            read_chunk();
+            i = 0;
+        }
+        const std::size_t index = kLiteralAlphabet.find(chunk[i]);
+        if (index == std::string_view::npos && !in_file) break;
+        ++i;
+        if (index == std::string_view::npos) continue;
+        bits = bits << 6 | index;
+        if (++count == 4) end_group(3);
+    }
+    if (count > 0) {
+        const int bytes = count - 1;
+        bits <<= 6 * (4 - count);
+        end_group(bytes);
+    }
+    return result;
+}
+
+}  // namespace rv_test
