@@ -1,16 +1,28 @@
+#include <RVUtils/XmlParser.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "../../xml/base64/codec.h"
+#include "allocation_sweep.h"
 #include "literal_base64.h"
+#include "report_recorder.h"
+#include "scratch.h"
+#include "xml_support.h"
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace rv_test;
+
+constexpr std::size_t kStride = 1'048'567;  // what of one chunk is used before the next is read
 
 std::string Random_Bytes(std::size_t count) {
     std::mt19937 random(static_cast<unsigned>(count));
@@ -18,6 +30,92 @@ std::string Random_Bytes(std::size_t count) {
     for (char& byte : bytes)
         byte = static_cast<char>(random());
     return bytes;
+}
+
+// A file in memory that can be short of reads, of room and of the truth.
+struct MemoryFile : CFile {
+    explicit MemoryFile(std::string bytes = {}) : m_Bytes(std::move(bytes)) {}
+
+    UINT Read(void* buffer, UINT count) override {
+        if (m_Before) m_Before();
+        if (m_At >= m_FailsFrom) AfxThrowFileException(CFileException::hardIO);
+        const std::size_t read = m_Bytes.copy(static_cast<char*>(buffer),
+                                              std::min<std::size_t>(count, m_MostAtOnce), m_At);
+        m_At += read;
+        return static_cast<UINT>(read);
+    }
+    void Write(const void* buffer, UINT count) override {
+        if (m_Before) m_Before();
+        if (m_Bytes.size() + count > m_Room) AfxThrowFileException(CFileException::diskFull);
+        m_Bytes.append(static_cast<const char*>(buffer), count);
+    }
+    ULONGLONG GetLength() const override {
+        if (m_LengthFails) AfxThrowFileException(CFileException::hardIO);
+        return m_Claimed.value_or(m_Bytes.size());
+    }
+    CString GetFilePath() const override { return m_Path.c_str(); }
+
+    std::string m_Bytes;
+    std::size_t m_At = 0;
+    std::size_t m_MostAtOnce = SIZE_MAX;
+    std::size_t m_FailsFrom = SIZE_MAX;
+    std::size_t m_Room = SIZE_MAX;
+    std::optional<ULONGLONG> m_Claimed;
+    bool m_LengthFails = false;
+    std::string m_Path;
+    std::function<void()> m_Before;  // called before each read and write
+};
+
+// How an operation ended.
+template <class Operation>
+std::string Outcome(Operation operation) {
+    try {
+        operation();
+        return "returned";
+    } catch (CMemoryException* exception) {
+        exception->Delete();
+        return "no memory";
+    } catch (CFileException* exception) {
+        const int cause = exception->m_cause;
+        exception->Delete();
+        return "file " + std::to_string(cause);
+    }
+}
+const std::string kReadFailed = "file " + std::to_string(CFileException::hardIO);
+const std::string kDiskFull = "file " + std::to_string(CFileException::diskFull);
+
+std::string Encoded(const std::string& bytes) {
+    MemoryFile source(bytes);
+    RVString text;
+    pBase64_Encode_File(source, text, nullptr);
+    return Text(text);
+}
+
+std::string Decoded(const std::string& text) {
+    MemoryFile target;
+    RVString input = To_RVString(text);
+    pBase64_Decode_File(target, input);
+    EXPECT_EQ(Text(input), text);
+    return target.m_Bytes;
+}
+
+// Decodes `text` as a file, and expects that it is used up.
+LiteralDecode Decoded_From(const std::string& path, const std::string& text) {
+    Write_File(path, text);
+    MemoryFile target;
+    RVString input = Reference(path);
+    pBase64_Decode_File(target, input);
+    EXPECT_FALSE(fs::exists(path));
+    return {target.m_Bytes, Text(input)};
+}
+
+void Expect_Literal_Decode(const std::string& path, const std::string& text,
+                           const std::string& why) {
+    EXPECT_TRUE(Decoded(text) == Decode_Literally(text, false).bytes) << "string: " << why;
+    const LiteralDecode expected = Decode_Literally(text, true);
+    const LiteralDecode decoded = Decoded_From(path, text);
+    EXPECT_TRUE(decoded.bytes == expected.bytes) << "file: " << why;
+    EXPECT_TRUE(decoded.chunk == expected.chunk) << "input after the call: " << why;
 }
 
 TEST(Base64Codec, EveryCodecEncodesAndDecodesWholeGroups) {
@@ -54,6 +152,311 @@ TEST(Base64Codec, EveryCodecStopsAtTheGroupWithAForeignByte) {
                 ASSERT_EQ(back.substr(0, 3 * groups),
                           Decode_Literally(text, false).bytes.substr(0, 3 * groups));
             }
+}
+
+TEST(Base64File, PublishedVectorsBothWays) {
+    constexpr struct {
+        const char* bytes;
+        const char* text;
+        const char* unpadded;
+    } kVectors[] = {{"", "", ""},
+                    {"f", "Zg==", "Zg"},
+                    {"fo", "Zm8=", "Zm8"},
+                    {"foo", "Zm9v", "Zm9v"},
+                    {"foob", "Zm9vYg==", "Zm9vYg"},
+                    {"fooba", "Zm9vYmE=", "Zm9vYmE"},
+                    {"foobar", "Zm9vYmFy", "Zm9vYmFy"}};
+    const ScratchDirectory folder;
+    for (const auto& vector : kVectors) {
+        SCOPED_TRACE(vector.text);
+        EXPECT_EQ(Encoded(vector.bytes), vector.text);
+        EXPECT_EQ(Decoded(vector.text), vector.bytes);
+        EXPECT_EQ(Decoded(vector.unpadded), vector.bytes);
+        EXPECT_EQ(Decoded_From(folder / "v", vector.text).bytes, vector.bytes);
+        EXPECT_EQ(Decoded_From(folder / "v", vector.unpadded).bytes, vector.bytes);
+    }
+}
+
+TEST(Base64File, DecodingEndsOrSkips) {
+    constexpr struct {
+        const char* why;
+        std::string_view text;
+        const char* from_string;
+        const char* from_file;
+    } kTexts[] = {{"line break", "Zm9v\r\nYmFy", "foo", "foobar"},
+                  {"break in a group", "Zm9vY\n \tmFy", "foo", "foobar"},
+                  {"pad, then text", "Zm9vYg==Zm9v", "foob", "foob"},
+                  {"pad inside a group", "Zm=9vZm9v", "f", "f"},
+                  {"pad first", "=Zm9v", "", ""},
+                  {"one character alone", "Zm9vY", "foo", "foo"},
+                  {"NUL byte", {"Zm9v\0YmFy", 9}, "foo", "foobar"},
+                  {"letter of another alphabet", "Zm9v\xE4YmFy", "foo", "foobar"},
+                  {"URL alphabet", "Zm9v-_YmFy", "foo", "foobar"},
+                  {"five of the prefix", "FILE:", "\x14\x82\xc4", "\x14\x82\xc4"}};
+    const ScratchDirectory folder;
+    for (const auto& row : kTexts) {
+        EXPECT_EQ(Decoded(std::string(row.text)), row.from_string) << row.why;
+        EXPECT_EQ(Decoded_From(folder / "t", std::string(row.text)).bytes, row.from_file)
+            << row.why;
+        Expect_Literal_Decode(folder / "t", std::string(row.text), row.why);
+    }
+}
+
+TEST(Base64File, EveryLengthInReadsOfEverySizeKeepsThePrefix) {
+    const ScratchDirectory folder;
+    std::vector<std::size_t> lengths;
+    for (std::size_t length = 0; length <= 300; ++length)
+        lengths.push_back(length);
+    for (const std::size_t edge : {1024, 24 * 1024, 48 * 1024, 64 * 1024, 1 << 20})
+        for (std::size_t length = edge - 2; length <= edge + 2; ++length)
+            lengths.push_back(length);
+    for (const std::size_t length : lengths) {
+        const std::string bytes = Random_Bytes(length);
+        const std::string text = Encode_Literally(bytes);
+        for (const std::size_t most : {1, 2, 5, 1024, 1 << 30}) {
+            MemoryFile source("skipped" + bytes);
+            source.m_At = 7;
+            source.m_MostAtOnce = most;
+            RVString encoded("<a>");
+            pBase64_Encode_File(source, encoded, nullptr);
+            ASSERT_TRUE(Text(encoded) == "<a>" + text) << length << " in reads of " << most;
+        }
+        ASSERT_TRUE(Decoded(text) == bytes) << length;
+        ASSERT_TRUE(Decoded_From(folder / "t", text).bytes == bytes) << length;
+    }
+}
+
+TEST(Base64File, CorruptedAtEveryPlace) {
+    const ScratchDirectory folder;
+    const std::string text = Encode_Literally(Random_Bytes(75));
+    for (std::size_t at = 0; at < text.size(); ++at)
+        for (const char byte : {'=', '\n', '\0', '\x80', '-'}) {
+            std::string corrupted = text;
+            corrupted[at] = byte;
+            Expect_Literal_Decode(folder / "t", corrupted,
+                                  std::to_string(at) + " " + std::to_string(byte));
+        }
+}
+
+TEST(Base64File, ChunksLeaveNoTrace) {
+    const ScratchDirectory folder;
+    std::string lines = Encode_Literally(Random_Bytes(2 << 20));
+    for (std::size_t at = 77; at < lines.size(); at += 78)
+        lines.insert(at, "\n");
+    for (const std::size_t edge : {kStride, kStride + 9, 2 * kStride})
+        for (std::size_t length = edge - 3; length <= edge + 3; ++length) {
+            const std::string why = std::to_string(length);
+            Expect_Literal_Decode(folder / "t", lines.substr(0, length), why);
+            Expect_Literal_Decode(folder / "t", lines.substr(0, length) + "=", why + ", pad");
+            std::string inside = lines.substr(0, edge + 100);
+            inside[length] = '=';
+            Expect_Literal_Decode(folder / "t", inside, why + ", pad inside");
+            inside[length] = '\0';
+            Expect_Literal_Decode(folder / "t", inside, why + ", NUL inside");
+        }
+}
+
+TEST(Base64File, ReferencesInAnyCase) {
+    const ScratchDirectory folder;
+    const std::string path = folder / "t";
+    for (const std::string prefix : {"FILE://", "file://", "fIlE://"}) {
+        Write_File(path, "Zm9v");
+        MemoryFile target;
+        RVString input = To_RVString(prefix + path);
+        pBase64_Decode_File(target, input);
+        EXPECT_EQ(target.m_Bytes, "foo") << prefix;
+        EXPECT_EQ(Text(input), "Zm9v") << prefix;
+        EXPECT_FALSE(fs::exists(path)) << prefix;
+    }
+}
+
+TEST(Base64File, AFileThatIsNotDecodedWholeStays) {
+    const ScratchDirectory folder;
+    const std::string path = folder / "t";
+    const std::string bytes = Random_Bytes(2 << 20);
+    const std::string text = Encode_Literally(bytes);
+    RVString input = Reference(folder / "none");
+    MemoryFile none;
+    EXPECT_EQ(Outcome([&] { pBase64_Decode_File(none, input); }),
+              "file " + std::to_string(CFileException::fileNotFound));
+    EXPECT_EQ(Text(input), Text(Reference(folder / "none")));
+
+    for (const std::size_t room : {std::size_t{0}, std::size_t{1} << 20, bytes.size() - 1}) {
+        Write_File(path, text);
+        MemoryFile target;
+        target.m_Room = room;
+        input = Reference(path);
+        EXPECT_EQ(Outcome([&] { pBase64_Decode_File(target, input); }), kDiskFull) << room;
+        EXPECT_TRUE(target.m_Bytes == bytes.substr(0, target.m_Bytes.size())) << room;
+        EXPECT_TRUE(Read_File(path) == text) << room;
+    }
+
+    // Cut short while it is read, where the system allows that to anybody else.
+    ReportRecorder reports;
+    MemoryFile target;
+    std::error_code refused;
+    target.m_Before = [&] {
+        if (fs::file_size(path) > kStride) fs::resize_file(path, kStride, refused);
+    };
+    input = Reference(path);
+    pBase64_Decode_File(target, input);
+    const bool cut = !refused;
+    EXPECT_EQ(reports.Take(), cut ? (Reports{{23, "XmlParser"}}) : Reports());
+    EXPECT_EQ(fs::exists(path), cut);
+    EXPECT_TRUE(target.m_Bytes == (cut ? bytes.substr(0, kStride / 4 * 3) : bytes));
+    EXPECT_TRUE(!cut || Text(input) == text.substr(0, 1'048'576));
+}
+
+TEST(Base64File, SizingTheText) {
+    constexpr ULONGLONG kTooLong = 536'870'912;  // four times that is no length of a text
+    const ScratchDirectory folder;
+    const std::string path = folder / "source";
+    const struct {
+        const char* why;
+        ULONGLONG claimed;
+        bool length_fails;
+        bool may_spill;
+        Reports reports;
+        bool spills;
+    } kRows[] = {
+        {"as long as it is", 8, false, true, {}, false},
+        {"longer than a text, no spill", kTooLong, false, false, {{23, "XmlParser"}}, false},
+        {"longer than a text", kTooLong, false, true, {}, true},
+        {"low 32 bits count", (1ULL << 32) + 1, false, true, {}, false},
+        {"length unknown", 0, true, true, {{25, "XmlParser"}}, false}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        ReportRecorder reports;
+        MemoryFile source("spilling");
+        source.m_Claimed = row.claimed;
+        source.m_LengthFails = row.length_fails;
+        source.m_Path = path;
+        RVString text("<a>");
+        CFile* spill = nullptr;
+        pBase64_Encode_File(source, text, row.may_spill ? &spill : nullptr);
+        EXPECT_EQ(reports.Take(), row.reports);
+        EXPECT_EQ(Text(text), row.spills ? "<a>" : "<a>c3BpbGxpbmc=");
+        ASSERT_EQ(spill != nullptr, row.spills);
+        EXPECT_EQ(fs::exists(path + ".dat"), row.spills);
+        if (!spill) continue;
+        char readable[3] = {};
+        spill->Seek(0, CFile::begin);
+        EXPECT_EQ(spill->Read(readable, 3), 3U);
+        delete spill;
+        EXPECT_EQ(Read_File(path + ".dat"), "<a>c3BpbGxpbmc=");
+        fs::remove(path + ".dat");
+    }
+
+    MemoryFile source("spilling");
+    source.m_Claimed = kTooLong;
+    source.m_Path = folder / "no such folder/source";
+    RVString text("<a>");
+    CFile* spill = nullptr;
+    EXPECT_NE(Outcome([&] { pBase64_Encode_File(source, text, &spill); }), "returned");
+    EXPECT_EQ(spill, nullptr);
+    EXPECT_EQ(Text(text), "<a>");
+}
+
+TEST(Base64File, WhereTheTextGoesIsAskedForEachBlock) {
+    for (const std::size_t opened : {0, 4, 5}) {
+        MemoryFile source("foobarfoobar");
+        MemoryFile file;
+        CFile* spill = nullptr;
+        source.m_MostAtOnce = 1;
+        source.m_Before = [&] {
+            if (source.m_At == opened) spill = &file;
+        };
+        RVString text("<a>");
+        pBase64_Encode_File(source, text, &spill);
+        const std::string before = opened < 3 ? "" : "Zm9v";
+        EXPECT_EQ(Text(text), "<a>" + before) << opened;
+        EXPECT_EQ(before + file.m_Bytes, "Zm9vYmFyZm9vYmFy") << opened;
+    }
+}
+
+TEST(Base64File, WhatTheFilesThrowPassesOn) {
+    MemoryFile source(Random_Bytes(100));
+    source.m_MostAtOnce = 10;
+    source.m_FailsFrom = 50;
+    RVString text("<a>");
+    EXPECT_EQ(Outcome([&] { pBase64_Encode_File(source, text, nullptr); }), kReadFailed);
+    EXPECT_EQ(Text(text), "<a>" + Encode_Literally(source.m_Bytes.substr(0, 48)));
+
+    MemoryFile whole("foobar");
+    MemoryFile full;
+    full.m_Room = 7;
+    CFile* spill = &full;
+    EXPECT_EQ(Outcome([&] { pBase64_Encode_File(whole, text, &spill); }), kDiskFull);
+    RVString input("Zm9vYmFyZm9v");
+    EXPECT_EQ(Outcome([&] { pBase64_Decode_File(full, input); }), kDiskFull);
+}
+
+TEST(Base64File, EveryFailedAllocationOfTheEncoder) {
+    const ScratchDirectory folder;
+    const std::string path = folder / "source";
+    const std::string bytes = Random_Bytes(100'000);
+    const std::string expected = "<a>" + Encode_Literally(bytes);
+    for (const bool may_spill : {false, true})
+        for (const auto mode :
+             {FailingAllocation::Mode::kOnce, FailingAllocation::Mode::kFromThereOn}) {
+            int spilled = 0;
+            std::set<unsigned> codes;
+            Sweep_Allocations(
+                [&] {
+                    ReportRecorder reports;
+                    MemoryFile source(bytes);
+                    source.m_Path = path;
+                    RVString text("<a>");
+                    CFile* spill = nullptr;
+                    const std::string end = Outcome(
+                        [&] { pBase64_Encode_File(source, text, may_spill ? &spill : nullptr); });
+                    for (const auto& report : reports.Take())
+                        codes.insert(report.first);
+                    const std::string written =
+                        spill ? (delete spill, Read_File(path + ".dat")) : Text(text);
+                    EXPECT_TRUE(end == "returned"
+                                    ? written == expected
+                                    : expected.starts_with(written) && end == "no memory");
+                    spilled += spill != nullptr;
+                },
+                mode);
+            EXPECT_EQ(spilled > 0, may_spill && mode == FailingAllocation::Mode::kOnce);
+            EXPECT_EQ(codes, may_spill || mode != FailingAllocation::Mode::kOnce
+                                 ? std::set<unsigned>{}
+                                 : std::set<unsigned>{23});
+        }
+}
+
+TEST(Base64File, EveryFailedAllocationOfTheDecoder) {
+    const ScratchDirectory folder;
+    const std::string path = folder / "t";
+    const std::string bytes = Random_Bytes(1'000'000);
+    const std::string text = Encode_Literally(bytes);
+    for (const bool in_file : {false, true})
+        for (const auto mode :
+             {FailingAllocation::Mode::kOnce, FailingAllocation::Mode::kFromThereOn}) {
+            std::set<unsigned> codes;
+            Sweep_Allocations(
+                [&] {
+                    // The test's own texts are made while memory is there.
+                    const AFX_ALLOC_HOOK failing = AfxSetAllocHook(nullptr);
+                    ReportRecorder reports;
+                    Write_File(path, text);
+                    MemoryFile target;
+                    RVString input = in_file ? Reference(path) : To_RVString(text);
+                    AfxSetAllocHook(failing);
+                    const std::string end = Outcome([&] { pBase64_Decode_File(target, input); });
+                    const Reports made = reports.Take();
+                    for (const auto& report : made)
+                        codes.insert(report.first);
+                    const bool done = end == "returned" && (!in_file || made.empty());
+                    EXPECT_TRUE(target.m_Bytes == (done ? bytes : "")) << end;
+                    EXPECT_TRUE(done || fs::exists(path));
+                    EXPECT_TRUE(end == "returned" || end == "no memory");
+                },
+                mode);
+            EXPECT_EQ(codes, in_file ? (std::set<unsigned>{23, 28}) : std::set<unsigned>{23});
+        }
 }
 
 }  // namespace
