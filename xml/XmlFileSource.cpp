@@ -17,7 +17,10 @@ constexpr std::size_t kFirst_Read = 4096;
 
 }  // namespace
 
-XmlFileSource::XmlFileSource(CFile& file) : m_File(file), m_Block(kBlock), m_Next_Read(kBlock) {}
+XmlFileSource::XmlFileSource(CFile& file)
+    : m_File(file), m_Block(static_cast<char*>(Heap_Allocate(kBlock))), m_Next_Read(kBlock) {
+    if (!m_Block) AfxThrowMemoryException();
+}
 
 // A search block less the bytes by which it overlaps the next one.
 std::uint64_t XmlFileSource::Window() const noexcept {
@@ -28,10 +31,10 @@ XmlRun XmlFileSource::At(std::uint64_t offset, std::size_t least) {
     if (offset < m_Block_At || offset + least > Block_End()) Move_To(offset);
     while (offset + least > Block_End() && !m_At_End)
         Read_On(least);
-    const char* const end = m_Block.data() + m_Size;
+    const char* const end = m_Block.get() + m_Size;
     const std::size_t skipped =
         static_cast<std::size_t>(std::min<std::uint64_t>(offset - m_Block_At, m_Size));
-    return {m_Block.data() + skipped, end, m_At_End};
+    return {m_Block.get() + skipped, end, m_At_End};
 }
 
 // Makes the block begin at `offset`, with what it has of the bytes there.
@@ -55,13 +58,13 @@ void XmlFileSource::Keep_From(std::uint64_t offset) noexcept {
     if (m_Saving) Save_Leaving(offset);
     const auto gone = static_cast<std::size_t>(offset - m_Block_At);
     m_Size -= gone;
-    std::memmove(m_Block.data(), m_Block.data() + gone, m_Size);
+    std::memmove(m_Block.get(), m_Block.get() + gone, m_Size);
     m_Block_At = offset;
 }
 
 void XmlFileSource::Read_On(std::size_t least) {
     const std::size_t wanted = std::min(std::max(least, m_Next_Read), kBlock - m_Size);
-    const std::size_t got = m_File.Read(m_Block.data() + m_Size, static_cast<UINT>(wanted));
+    const std::size_t got = m_File.Read(m_Block.get() + m_Size, static_cast<UINT>(wanted));
     m_Size += got;
     m_At_End = got < wanted;
     m_Next_Read = std::min(m_Next_Read * 2, kBlock);
@@ -84,7 +87,7 @@ void XmlFileSource::Save_Leaving(std::uint64_t offset) noexcept {
     if (offset <= m_Saved) return;
     try {
         if (m_Body.Exists() || (XmlTempFile::Directory_Exists() && m_Body.Create())) {
-            m_Body.Write({m_Block.data() + (m_Saved - m_Block_At),
+            m_Body.Write({m_Block.get() + (m_Saved - m_Block_At),
                           static_cast<std::size_t>(offset - m_Saved)});
             m_Saved = offset;
             return;
@@ -100,13 +103,13 @@ bool XmlFileSource::End_Body(std::uint64_t body, std::uint64_t end, XmlByteRules
     if (!m_Body.Exists()) {
         m_Saved = body;
         if (!m_Body.Create()) {
-            Report_Xml_Error(25);
+            Report_Xml_Error(25, __LINE__);
             return false;
         }
     }
     if (!Save_Rest(end)) {
         m_Body.Discard();
-        Report_Xml_Error(25);
+        Report_Xml_Error(25, __LINE__);
         return false;
     }
     m_Body.Close();

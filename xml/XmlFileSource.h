@@ -1,9 +1,7 @@
 // A document on disk, read through one block, with the bodies of its sections in temporary files.
 #pragma once
 
-#include <vector>
-
-#include "../platform/mfc/Allocation.h"
+#include "../platform/heap.h"
 #include "../platform/mfc/CFile.h"
 #include "XmlSource.h"
 #include "XmlTempFile.h"
@@ -37,7 +35,7 @@ private:
     bool Save_Rest(std::uint64_t end);
 
     CFile& m_File;
-    std::vector<char, HeapAllocator<char>> m_Block;
+    HeapText m_Block;
     std::uint64_t m_Block_At = 0;  // offset of the block's first byte
     std::size_t m_Size = 0;        // bytes in it
     std::size_t m_Next_Read;       // how many to read next

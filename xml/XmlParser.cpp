@@ -89,7 +89,7 @@ bool RVXmlParser::Load_Text(const RVString& document) {
             m_Items->texts.Reserve(static_cast<std::size_t>(length) + rv::XmlBytes::kSlack);
         } catch (CMemoryException* error) {
             error->Delete();
-            rv::Report_Xml_Error(23);
+            rv::Report_Xml_Error(23, __LINE__);
         }
     }
     TextSource source(document);
@@ -104,7 +104,7 @@ bool RVXmlParser::Load_File(const RVString& reference) {
     const CString path = reference.Mid(kReference_Prefix);
     CFile file;
     if (!file.Open(path, CFile::modeRead)) {
-        rv::Report_Xml_Error(25);
+        rv::Report_Xml_Error(25, __LINE__);
         return false;
     }
     m_Items.reset(new rv::XmlItems(kFile_Block));
@@ -113,7 +113,7 @@ bool RVXmlParser::Load_File(const RVString& reference) {
         if (!Load(source)) return false;
         // Only a file that was read to its end may go.
         if (source.Length() < length) {
-            rv::Report_Xml_Error(25);
+            rv::Report_Xml_Error(25, __LINE__);
             return false;
         }
     }
@@ -165,7 +165,7 @@ bool RVXmlParser::Next(RVString& name, RVString& value, ULONG& child_count) {
 bool RVXmlParser::Get_Temp_Filename(RVString& name) {
     RVString path;
     if (Get_Temp_Path(path) != 0) {
-        rv::Report_Xml_Error(25);
+        rv::Report_Xml_Error(25, __LINE__);
         return false;
     }
     RVDateTime clock;
@@ -177,7 +177,7 @@ bool RVXmlParser::Get_Temp_Filename(RVString& name) {
     RVString digits;
     clock.Get_Db_Value(digits);
     if (digits.GetLength() != 14) {
-        rv::Report_Xml_Error(25);
+        rv::Report_Xml_Error(25, __LINE__);
         return false;
     }
     name.Format(gTemp_Template, path, digits);
