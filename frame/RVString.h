@@ -39,6 +39,10 @@ public:
     // be had; it is never null.
     [[nodiscard]] BSTR Get_BSTR() const;
 
+    // Takes the text `id` from the string table of `module`, null for the application's own. False,
+    // with the text as it was, when the table lacks it or has an empty text there.
+    bool Load_String(HINSTANCE module, unsigned int id);
+
     // Replaces the text by the number's decimal digits, with a leading "-" below zero.
     void Number_To_String(ULONG number);
     void Number_To_String(int number);

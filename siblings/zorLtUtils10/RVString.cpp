@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <limits>
+#include <utility>
 
 #include "../../platform/mfc/CException.h"
 
@@ -73,6 +74,23 @@ BSTR RVString::Get_BSTR() const {
     if (!text) AfxThrowMemoryException();
     if (length) MultiByteToWideChar(CP_THREAD_ACP, 0, GetString(), length, text, wide);
     return text;
+}
+
+bool RVString::Load_String(HINSTANCE module, unsigned int id) {
+    constexpr int kFirstRoom = 256;  // most texts of a user interface fit
+    constexpr int kLongestCharacter = 4;
+    // The length is not told in advance: a text that ends where the room does may have been cut, in
+    // front of a character of several bytes even before.
+    CString text;
+    for (int room = kFirstRoom;; room *= 4) {
+        const int length = LoadStringA(module, id, text.GetBuffer(room - 1), room);
+        if (length <= 0) return false;
+        if (length + kLongestCharacter >= room) continue;
+        text.ReleaseBuffer(length);
+        text.FreeExtra();
+        CString::operator=(std::move(text));
+        return true;
+    }
 }
 
 void RVString::Number_To_String(ULONG number) {
