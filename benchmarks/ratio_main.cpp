@@ -100,7 +100,7 @@ void Set_Flag(const char* flag) {
 
 std::string Exactly(const std::string& name) {
     static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
-    return "^" + std::regex_replace(name, special, R"(\$&)") + "$";
+    return std::string("^").append(std::regex_replace(name, special, R"(\$&)")).append("$");
 }
 
 // The works of the program that the user's filter lets through, in the order of registration.
