@@ -43,7 +43,7 @@ private:
 // A body that fits into the read block, and one that is written while its end is searched.
 TEST(XmlParserOnLinux, BodiesThatCannotBeWrittenWhole) {
     const ScratchDirectory scratch;
-    const fs::path file = scratch.Path() / "document.xml";
+    const std::string file = scratch / "document.xml";
     for (const std::size_t size : {std::size_t{5000}, std::size_t{3000000}}) {
         SCOPED_TRACE(size);
         const ScratchDirectory temp;
@@ -74,7 +74,7 @@ TEST(XmlParserOnLinux, SectionWithoutAnEndNeedsNoFile) {
     const ScratchDirectory scratch;
     const ScratchDirectory temp;
     const TempDirectory directory(temp.Path().string());
-    const fs::path file = scratch.Path() / "document.xml";
+    const std::string file = scratch / "document.xml";
     Write_File(file, "<![CDATA[xa>" + std::string(3000000, 'x') + "<b/>");
     RVXmlParser parser;
     const FileSizeLimit limit(4096);
@@ -85,8 +85,8 @@ TEST(XmlParserOnLinux, SectionWithoutAnEndNeedsNoFile) {
 
 TEST(XmlParserOnLinux, NoTemporaryDirectory) {
     const ScratchDirectory scratch;
-    const TempDirectory directory((scratch.Path() / "none").string());
-    const fs::path file = scratch.Path() / "document.xml";
+    const TempDirectory directory(scratch / "none");
+    const std::string file = scratch / "document.xml";
     for (const std::size_t size : {std::size_t{10}, std::size_t{3000000}}) {
         Write_File(file, "<a><![CDATA[" + std::string(size, 'x') + "]]></a>");
         ReportRecorder recorder;
@@ -102,16 +102,16 @@ TEST(XmlParserOnLinux, BodiesArePrivateAndFollowNoLink) {
     const ScratchDirectory scratch;
     const ScratchDirectory temp;
     const TempDirectory directory(temp.Path().string());
-    const fs::path treasure = scratch.Path() / "treasure";
+    const std::string treasure = scratch / "treasure";
     Write_File(treasure, "untouched");
     const std::time_t now = std::time(nullptr);
     for (std::time_t second = now - 5; second < now + 400; ++second) {
         char name[64];
         std::tm local{};
         std::strftime(name, sizeof name, "ZORTmp_%Y%m%d%H%M%S.tmp", localtime_r(&second, &local));
-        fs::create_symlink(second % 2 ? treasure : scratch.Path() / "dangling", temp.Path() / name);
+        fs::create_symlink(second % 2 ? treasure : scratch / "dangling", temp.Path() / name);
     }
-    const fs::path file = scratch.Path() / "document.xml";
+    const std::string file = scratch / "document.xml";
     Write_File(file, "<a><![CDATA[body]]></a>");
     RVXmlParser parser;
     const mode_t mask = umask(0);
@@ -141,7 +141,7 @@ TEST(XmlParserOnLinux, ProcessesKeepTheirBodiesApart) {
         document += "<a><![CDATA[" + std::to_string(i) + "]]></a>";
     std::vector<pid_t> children;
     for (int process = 0; process < kProcesses; ++process) {
-        const fs::path file = scratch.Path() / std::to_string(process);
+        const std::string file = scratch / std::to_string(process);
         Write_File(file, document);
         const pid_t child = fork();
         ASSERT_GE(child, 0);

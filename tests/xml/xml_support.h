@@ -22,9 +22,7 @@ inline RVString To_RVString(std::string_view text) {
     return RVString(CString(text.data(), static_cast<int>(text.size())));
 }
 
-inline RVString Reference(const std::filesystem::path& path) {
-    return To_RVString("FILE://" + path.string());
-}
+inline RVString Reference(const std::string& path) { return To_RVString("FILE://" + path); }
 
 // Where a value names a temporary file, the file's bytes as the literal reader shows them. Names
 // have a fixed form, so that text behind one is told from it.
