@@ -23,25 +23,30 @@ std::string_view View(const char* text) noexcept {
 }
 
 // std::string_view compares as unsigned characters, which is the order of character codes.
-int Sign(int value) noexcept { return (value > 0) - (value < 0); }
+int Sign(int value) noexcept {
+    return (value > 0) - (value < 0);
+}
 
 // The case fold of the thread's locale. A byte of a multi-byte encoding is no letter by itself.
 class Folding {
 public:
     unsigned char Lower(char character) const noexcept {
         const auto byte = static_cast<unsigned char>(character);
-        if (byte < 0x80) return Between(byte, 'A', 'Z') ? static_cast<unsigned char>(byte + 32) : byte;
+        if (byte < 0x80)
+            return Between(byte, 'A', 'Z') ? static_cast<unsigned char>(byte + 32) : byte;
         return m_SingleByte ? static_cast<unsigned char>(std::tolower(byte)) : byte;
     }
     unsigned char Upper(char character) const noexcept {
         const auto byte = static_cast<unsigned char>(character);
-        if (byte < 0x80) return Between(byte, 'a', 'z') ? static_cast<unsigned char>(byte - 32) : byte;
+        if (byte < 0x80)
+            return Between(byte, 'a', 'z') ? static_cast<unsigned char>(byte - 32) : byte;
         return m_SingleByte ? static_cast<unsigned char>(std::toupper(byte)) : byte;
     }
 
 private:
     static bool Between(unsigned char byte, char first, char last) noexcept {
-        return byte >= static_cast<unsigned char>(first) && byte <= static_cast<unsigned char>(last);
+        return byte >= static_cast<unsigned char>(first) &&
+               byte <= static_cast<unsigned char>(last);
     }
 
     bool m_SingleByte = MB_CUR_MAX == 1;
@@ -152,9 +157,13 @@ int CString::Find(const char* text, int start) const noexcept {
     return Find_In(View(*this), View(text), start);
 }
 
-CString CString::Left(int count) const { return Mid(0, count); }
+CString CString::Left(int count) const {
+    return Mid(0, count);
+}
 
-CString CString::Mid(int first) const { return Mid(first, m_Length); }
+CString CString::Mid(int first) const {
+    return Mid(first, m_Length);
+}
 
 CString CString::Mid(int first, int count) const {
     first = std::clamp(first, 0, m_Length);
@@ -235,7 +244,9 @@ void CString::Grow(int additional) {
     Reserve(std::max(needed, m_Capacity > kMaxLength / 3 * 2 ? needed : m_Capacity / 2 * 3));
 }
 
-void CString::Release() noexcept { rv::Heap_Free(m_Data); }
+void CString::Release() noexcept {
+    rv::Heap_Free(m_Data);
+}
 
 void CString::Swap(CString& other) noexcept {
     if (this == &other) return;
@@ -272,15 +283,21 @@ void CString::Format_Arguments(const char* format, ...) {
 
 CString operator+(const CString& left, const CString& right) {
     CString sum;
-    sum.GetBuffer(static_cast<int>(
-        std::min<long long>(INT_MAX, 0LL + left.GetLength() + right.GetLength())));
+    sum.GetBuffer(
+        static_cast<int>(std::min<long long>(INT_MAX, 0LL + left.GetLength() + right.GetLength())));
     sum += left;
     sum += right;
     return sum;
 }
 
-CString operator+(const CString& left, const char* right) { return left + CString(right); }
+CString operator+(const CString& left, const char* right) {
+    return left + CString(right);
+}
 
-CString operator+(const char* left, const CString& right) { return CString(left) + right; }
+CString operator+(const char* left, const CString& right) {
+    return CString(left) + right;
+}
 
-CString operator+(const CString& left, char right) { return left + CString(right); }
+CString operator+(const CString& left, char right) {
+    return left + CString(right);
+}

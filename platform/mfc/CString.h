@@ -9,7 +9,8 @@
 #include "../winapi.h"
 
 // A counted string of 8-bit characters. NUL bytes inside are kept, bytes of 0x80 and above are
-// ordinary, and a NUL always stands behind the last one. Up to 15 bytes need no memory of their own.
+// ordinary, and a NUL always stands behind the last one. Up to 15 bytes need no memory of their
+// own.
 //
 // A copy is a value copy, so one object may be read by several threads without a lock. Positions
 // and lengths count bytes, from 0. Searching, trimming and comparing go by the counted length, NUL
