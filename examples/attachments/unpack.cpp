@@ -61,8 +61,10 @@ void Check_Targets(const std::vector<Attachment>& attachments, const std::string
     std::set<std::string> names;
     for (const Attachment& attachment : attachments) {
         if (const char* const why = Why_Unsafe(attachment.name))
-            throw Damaged(shown,
-                          "it wants to write to " + Quoted(attachment.name) + ", but " + why);
+            throw Failure(ExitCode::kDamaged,
+                          "cannot unpack " + Quoted(shown) + ": its attachment's name, " +
+                              Quoted(attachment.name) + ", cannot be a file's here: " + why +
+                              "; have it packed under another name");
         bool single = names.insert(attachment.name).second;
         Check_Free(Below(folder, attachment.name));
         if (attachment.is_document) {
@@ -118,8 +120,9 @@ private:
                         const std::string& path, int level) {
         {
             NewFile target(path, nullptr);
+            const bool whole = Is_Whole(attachment);
             SourceFile body(Path_Of_Reference(attachment.body), shown, m_Loading.progress);
-            if (Is_Whole(attachment)) Copy(body, target);
+            if (whole) Copy(body, target);
             Keep_Sound(target, attachment, shown);
         }
         RVXmlParser parser;

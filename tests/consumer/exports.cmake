@@ -1,0 +1,31 @@
+# Holds the library's exported names against the families that are meant to be its face.
+#
+#     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
+
+set(families "^(vtable for |typeinfo for |typeinfo name for )?(RVXmlParser|RVDateTime|pBase64_)")
+
+if(LIBRARY MATCHES "\\.dll$")
+  execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table" "" listing "${listing}")
+  string(REGEX MATCHALL "\\] _Z[A-Za-z0-9_]+" names "${listing}")
+  list(TRANSFORM names REPLACE "^\\] " "")
+else()
+  # Weak names are instances of the standard library's templates.
+  execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE listing
+                  COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCHALL "[0-9a-f]+ [TDBR] [^\n]+" names "${listing}")
+  list(TRANSFORM names REPLACE "^[0-9a-f]+ [TDBR] " "")
+endif()
+if(NOT names)
+  message(FATAL_ERROR "no exported name was found in ${LIBRARY}")
+endif()
+
+foreach(name IN LISTS names)
+  execute_process(COMMAND ${CXXFILT} ${name} OUTPUT_VARIABLE plain OUTPUT_STRIP_TRAILING_WHITESPACE
+                  COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT plain MATCHES "${families}")
+    message(SEND_ERROR "exported without being meant to be: ${plain}")
+  endif()
+endforeach()
+list(LENGTH names count)
+message(STATUS "${count} exported names")
