@@ -7,8 +7,11 @@ set(families "^(vtable for |typeinfo for |typeinfo name for )?(RVXmlParser|RVDat
 if(LIBRARY MATCHES "\\.dll$")
   execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table" "" listing "${listing}")
-  string(REGEX MATCHALL "\\] _Z[A-Za-z0-9_]+" names "${listing}")
-  list(TRANSFORM names REPLACE "^\\] " "")
+  # A bracket would hold a list of CMake's together.
+  string(REPLACE "]" "|" listing "${listing}")
+  string(REGEX REPLACE "\n\n.*" "" listing "${listing}")
+  string(REGEX MATCHALL "[|] [A-Za-z0-9_?@$]+" names "${listing}")
+  list(TRANSFORM names REPLACE "^[|] " "")
 else()
   # Weak names are instances of the standard library's templates.
   execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE listing
