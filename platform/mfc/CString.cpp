@@ -210,8 +210,14 @@ char* CString::GetBuffer(int capacity) {
 }
 
 void CString::ReleaseBuffer(int length) noexcept {
-    m_Length = length < 0 ? static_cast<int>(std::strlen(m_Data)) : std::min(length, m_Capacity);
+    m_Length = std::min(length < 0 ? First_Nul() : length, m_Capacity);
     m_Data[m_Length] = '\0';
+}
+
+// Looks no further than the room, which need not hold a NUL.
+int CString::First_Nul() const noexcept {
+    const void* const end = std::memchr(m_Data, '\0', static_cast<std::size_t>(m_Capacity));
+    return end ? static_cast<int>(static_cast<const char*>(end) - m_Data) : m_Capacity;
 }
 
 void CString::FreeExtra() noexcept {
@@ -232,7 +238,7 @@ void CString::Reserve(int capacity) {
     const bool grown = m_Data != m_Inline;
     void* const block = grown ? rv::Heap_Reallocate(m_Data, size) : rv::Heap_Allocate(size);
     if (!block) AfxThrowMemoryException();
-    if (!grown) std::memcpy(block, m_Inline, static_cast<std::size_t>(m_Length) + 1);
+    if (!grown) std::memcpy(block, m_Inline, sizeof(m_Inline));
     m_Data = static_cast<char*>(block);
     m_Capacity = capacity;
 }

@@ -58,14 +58,14 @@ public:
     char operator[](int index) const noexcept { return m_Data[index]; }
     void SetAt(int index, char character) noexcept { m_Data[index] = character; }
 
-    // Replaces the text. The source may lie inside this string.
+    // Replaces the text. The source may lie inside this string, its reserved room included.
     void SetString(const char* text) { SetString(text, Text_Length(text)); }
     void SetString(const char* bytes, int length) {
         if (length > m_Capacity || Holds(bytes)) return Set_Slow(bytes, length);
         Fill(bytes, length);
     }
 
-    // Adds to the end. The source may lie inside this string.
+    // Adds to the end. The source may lie inside this string, its reserved room included.
     void Append(const char* bytes, int length);
     CString& operator+=(const CString& other) {
         Append(other.m_Data, other.m_Length);
@@ -110,7 +110,7 @@ public:
     // behind the text becomes part of it with ReleaseBuffer. The pointer lasts until the next
     // operation that changes the string.
     char* GetBuffer(int capacity);
-    // Sets the length, up to the reserved capacity; -1: up to the first NUL.
+    // Sets the length, up to the reserved capacity; -1: up to the first NUL in it.
     void ReleaseBuffer(int length = -1) noexcept;
     // Gives memory beyond the text back. Never fails.
     void FreeExtra() noexcept;
@@ -125,6 +125,7 @@ private:
     static constexpr int kInlineCapacity = 15;
 
     static int Text_Length(const char* text);
+    int First_Nul() const noexcept;
 
     template <class T>
     static auto Plain(const T& argument) noexcept {
@@ -137,7 +138,7 @@ private:
     }
 
     bool Holds(const char* bytes) const noexcept {
-        return bytes >= m_Data && bytes <= m_Data + m_Length;
+        return bytes >= m_Data && bytes <= m_Data + m_Capacity;
     }
     void Fill(const char* bytes, int length) noexcept {
         if (length > 0) std::memcpy(m_Data, bytes, static_cast<std::size_t>(length));
