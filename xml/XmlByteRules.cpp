@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "XmlScan.h"
-
 namespace rv {
 
 namespace {
+
+constexpr int kVector = static_cast<int>(XmlVector::kSize);
 
 bool Is_White_Space(char byte) noexcept {
     return byte == ' ' || (byte >= '\t' && byte <= '\r');
@@ -41,9 +41,7 @@ XmlByteRules::Stop XmlByteRules::Take(const char*& at, const char* end, bool las
                     m_In_Instruction = true;
                     break;
                 }
-                bool accepted = true;
-                at = Take_Whole_Tag(at, end, accepted);
-                if (!accepted) return Stop::kRefused;
+                if (!Take_Tag_At(at, end)) return Stop::kRefused;
                 break;
             }
             case '>':
@@ -60,31 +58,64 @@ XmlByteRules::Stop XmlByteRules::Take(const char*& at, const char* end, bool las
 // Moves ordinary bytes to the open run that they belong to, whole vectors first.
 const char* XmlByteRules::Take_Text(const char* at, const char* end) {
     XmlBytes& bytes = m_In_Tag ? m_Items.names : m_Items.texts;
-    while (end - at >= static_cast<std::ptrdiff_t>(XmlVector::kSize)) {
-        bytes.Make_Room(XmlVector::kSize);
+    while (end - at >= kVector) {
         const XmlVector vector = XmlVector::Load(at);
-        vector.Store(bytes.End());
-        const std::uint32_t mask = vector.Specials();
-        const std::size_t count =
-            mask ? static_cast<std::size_t>(std::countr_zero(mask)) : XmlVector::kSize;
-        bytes.Set_End(bytes.End() + count);
+        const std::uint32_t specials = vector.Specials();
+        const int count = specials ? std::countr_zero(specials) : kVector;
+        bytes.Append_Vector(vector, static_cast<std::size_t>(count));
         at += count;
-        if (mask) return at;
+        if (specials) return at;
     }
     const char* const special = Find_Special(at, end);
     bytes.Append(at, static_cast<std::size_t>(special - at));
     return special;
 }
 
-// A tag that stands in the run as a whole, with nothing to drop, needs no copy.
-const char* XmlByteRules::Take_Whole_Tag(const char* at, const char* end, bool& accepted) {
-    const char* const special = Find_Special(at, end);
+// Takes the tag behind a "<". One that stands in the run as a whole, with nothing to drop in it,
+// needs no copy; of another one the bytes are gathered.
+bool XmlByteRules::Take_Tag_At(const char*& at, const char* end) {
+    const char* special = at;
+    if (end - at > kVector && !m_In_Instruction) {
+        const XmlVector head = XmlVector::Load(at);
+        const std::uint32_t specials = head.Specials();
+        special += specials ? std::countr_zero(specials) : kVector;
+        if (*special == '>' && special != at) {
+            const char* const tag = at;
+            at = special + 1;
+            return Take_Short_Tag(tag, static_cast<std::size_t>(special - tag), head);
+        }
+    }
+    special = Find_Special(special, end);
     if (special == end || *special != '>' || special == at || m_In_Instruction) {
         Begin_Tag();
-        return at;
+        return true;
     }
-    accepted = Take_Tag({at, static_cast<std::size_t>(special - at)});
-    return special + 1;
+    const std::string_view tag(at, static_cast<std::size_t>(special - at));
+    at = special + 1;
+    return Take_Tag(tag);
+}
+
+// A tag of up to a vector, which `head` holds with what follows; nearly all of them are plain names
+// or their end tags. One more byte than a vector stands at `tag`.
+bool XmlByteRules::Take_Short_Tag(const char* tag, std::size_t length, XmlVector head) {
+    const auto low_bits = [](std::size_t count) { return (std::uint32_t{1} << count) - 1; };
+    if (tag[length - 1] == '/') return Take_Tag({tag, length});
+    if (tag[0] == '/') {
+        if (m_Open.empty()) return false;
+        const OpenElement& element = m_Open.back();
+        const std::uint32_t wanted = low_bits(length - 1);
+        const std::uint32_t same = XmlVector::Load(tag + 1).Equal(XmlVector::Load(element.name));
+        if (element.item->name_length != length - 1 || (same & wanted) != wanted) return false;
+        Close_Innermost();
+        return true;
+    }
+    const std::uint32_t blanks = head.Equal(' ') & low_bits(length);
+    const std::size_t name = blanks ? static_cast<std::size_t>(std::countr_zero(blanks)) : length;
+    if (name == 0 || Is_White_Space(tag[0]) || Is_White_Space(tag[name - 1]))
+        return Take_Tag({tag, length});
+    m_Items.names.Append_Vector(head, name);
+    Open_Named();
+    return true;
 }
 
 bool XmlByteRules::Take_Closing_Bracket() {
@@ -103,8 +134,7 @@ bool XmlByteRules::Take_Closing_Bracket() {
 
 bool XmlByteRules::Take_Tag(std::string_view tag) {
     if (tag.back() == '/') {
-        tag.remove_suffix(1);
-        Add_Empty_Element(tag);
+        Add_Empty_Element(tag.substr(0, tag.size() - 1));
     } else if (tag.front() == '/') {
         return End_Element(tag.substr(1));
     } else {
@@ -116,16 +146,14 @@ bool XmlByteRules::Take_Tag(std::string_view tag) {
 // Only a blank behind the first byte cuts the name.
 void XmlByteRules::Start_Element(std::string_view tag) {
     const std::size_t blank = tag.find(' ');
-    if (blank != 0) tag = tag.substr(0, blank);
-    const std::string_view name = Trimmed(tag);
-    XmlItem* const item = Add_Item(name);
-    m_Open.push_back({item, m_Last_Name, m_Count + 1});
-    m_Count = 0;
+    Name_Tag(blank == 0 ? tag : tag.substr(0, blank));
+    Open_Named();
 }
 
 // Attributes stay in the name, and the text stays for those that follow.
 void XmlByteRules::Add_Empty_Element(std::string_view tag) {
-    XmlItem* const item = Add_Item(Trimmed(tag));
+    Name_Tag(tag);
+    XmlItem* const item = m_Items.Add();
     item->value_length = static_cast<std::uint32_t>(m_Items.texts.Run().size());
     item->value = m_Items.texts.Share();
     ++m_Count;
@@ -133,24 +161,38 @@ void XmlByteRules::Add_Empty_Element(std::string_view tag) {
 
 bool XmlByteRules::End_Element(std::string_view name) {
     if (m_Open.empty()) return false;
-    const OpenElement element = m_Open.back();
-    m_Open.pop_back();
+    const OpenElement& element = m_Open.back();
     if (name != std::string_view(element.name, element.item->name_length)) return false;
-    const std::string_view text = m_Items.texts.Run();
-    const std::string_view value = Trimmed(text);
-    element.item->value_length = static_cast<std::uint32_t>(value.size());
-    element.item->value =
-        m_Items.texts.Close(static_cast<std::size_t>(value.data() - text.data()), value.size());
-    element.item->child_count = m_Count;
-    m_Count = element.parent_count;
+    Close_Innermost();
     return true;
 }
 
-XmlItem* XmlByteRules::Add_Item(std::string_view name) {
+// Makes the trimmed name the open run of the names. It may stand in that run already.
+void XmlByteRules::Name_Tag(std::string_view name) {
+    name = Trimmed(name);
     m_Items.names.Drop();
     m_Items.names.Append(name.data(), name.size());
-    m_Last_Name = m_Items.names.Run().data();
-    return m_Items.Add();
+}
+
+// Opens the element whose name is the open run of the names.
+void XmlByteRules::Open_Named() {
+    const char* const name = m_Items.names.Run().data();
+    XmlItem* const item = m_Items.Add();
+    m_Open.push_back({item, name, m_Count + 1});
+    m_Count = 0;
+}
+
+void XmlByteRules::Close_Innermost() {
+    const OpenElement element = m_Open.back();
+    m_Open.pop_back();
+    const std::string_view text = m_Items.texts.Run();
+    const std::string_view value = Trimmed(text);
+    XmlItem& item = *element.item;
+    item.value_length = static_cast<std::uint32_t>(value.size());
+    item.value =
+        m_Items.texts.Close(static_cast<std::size_t>(value.data() - text.data()), value.size());
+    item.child_count = m_Count;
+    m_Count = element.parent_count;
 }
 
 void XmlByteRules::Replace_Text(std::string_view text) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "XmlItems.h"
+#include "XmlScan.h"
 
 namespace rv {
 
@@ -42,20 +43,22 @@ private:
     };
 
     const char* Take_Text(const char* at, const char* end);
-    const char* Take_Whole_Tag(const char* at, const char* end, bool& accepted);
+    bool Take_Tag_At(const char*& at, const char* end);
+    bool Take_Short_Tag(const char* tag, std::size_t length, XmlVector head);
     bool Take_Closing_Bracket();
     bool Take_Tag(std::string_view tag);
     void Start_Element(std::string_view tag);
     void Add_Empty_Element(std::string_view tag);
     bool End_Element(std::string_view name);
-    XmlItem* Add_Item(std::string_view name);
+    void Name_Tag(std::string_view name);
+    void Open_Named();
+    void Close_Innermost();
 
     XmlItems& m_Items;
     bool m_In_Tag = false;  // its bytes are the open run of the names
     bool m_In_Instruction = false;
     std::vector<OpenElement, HeapAllocator<OpenElement>> m_Open;
-    const char* m_Last_Name = nullptr;  // of the item added last
-    std::uint32_t m_Count = 0;          // children of the innermost open element so far
+    std::uint32_t m_Count = 0;  // children of the innermost open element so far
 };
 
 }  // namespace rv

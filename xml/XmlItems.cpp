@@ -25,43 +25,34 @@ void XmlBytes::Reserve(std::size_t bytes) {
 void XmlBytes::Free_Extra() noexcept {
     if (m_Blocks.empty()) return;
     Block& last = m_Blocks.back();
-    const auto used = std::max<std::size_t>(1, static_cast<std::size_t>(m_End - last.data));
-    if (used == last.size) return;
-    const auto run = m_Run - last.data;
-    const auto shared = m_Shared - last.data;
-    const auto end = m_End - last.data;
-    if (void* const data = Heap_Reallocate(last.data, used)) {
+    const auto run = m_Run - m_Block;
+    const auto shared = m_Shared - m_Block;
+    const auto end = m_End - m_Block;
+    const auto used = static_cast<std::size_t>(end);
+    if (void* const data = Heap_Reallocate(last.data, used + kSlack)) {
         last.data = static_cast<char*>(data);
         last.size = used;
-        m_Run = last.data + run;
-        m_Shared = last.data + shared;
-        m_End = last.data + end;
-        m_Limit = last.data + used;
+        Use_Last_Block();
+        m_Run = m_Block + run;
+        m_Shared = m_Block + shared;
+        m_End = m_Block + end;
     }
-}
-
-XmlBytes::Place XmlBytes::Close(std::size_t first, std::size_t count) noexcept {
-    if (count == 0) {
-        Drop();
-        return {};
-    }
-    const Block& last = m_Blocks.back();
-    const Place place{
-        static_cast<std::uint32_t>(m_Blocks.size() - 1),
-        static_cast<std::uint32_t>(m_Run - last.data + static_cast<std::ptrdiff_t>(first))};
-    m_End = m_Run = m_Shared = std::max(m_Shared, m_Run + first + count);
-    return place;
 }
 
 XmlBytes::Place XmlBytes::Share() noexcept {
     if (m_Run == m_End) return {};
     m_Shared = m_End;
-    return {static_cast<std::uint32_t>(m_Blocks.size() - 1),
-            static_cast<std::uint32_t>(m_Run - m_Blocks.back().data)};
+    return {m_Block_Index, static_cast<std::uint32_t>(m_Run - m_Block)};
 }
 
 void XmlBytes::Move_Bytes(char* to, const char* from, std::size_t count) noexcept {
     if (count > 0) std::memmove(to, from, count);
+}
+
+void XmlBytes::Use_Last_Block() noexcept {
+    m_Block_Index = static_cast<std::uint32_t>(m_Blocks.size() - 1);
+    m_Block = m_Blocks.back().data;
+    m_Limit = m_Block + m_Blocks.back().size;
 }
 
 // Makes room for `count` more bytes. A run that has its block to itself grows with the block;
@@ -70,7 +61,7 @@ void XmlBytes::Grow(std::size_t count) {
     const auto length = static_cast<std::size_t>(m_End - m_Run);
     if (count > kLongestRun - length) AfxThrowMemoryException();
     const std::size_t needed = length + count;
-    if (!m_Blocks.empty() && m_Run == m_Blocks.back().data) {
+    if (!m_Blocks.empty() && m_Run == m_Block) {
         Resize_Last(std::max(needed, m_Blocks.back().size * 2));
         return;
     }
@@ -83,39 +74,26 @@ void XmlBytes::Grow(std::size_t count) {
 
 void XmlBytes::Add_Block(std::size_t size) {
     m_Blocks.push_back({});
-    char* const data = static_cast<char*>(Heap_Allocate(size));
+    char* const data = static_cast<char*>(Heap_Allocate(size + kSlack));
     if (!data) {
         m_Blocks.pop_back();
         AfxThrowMemoryException();
     }
-    if (m_Blocks.size() > 1) {
-        Block& before = m_Blocks[m_Blocks.size() - 2];
-        before.used = static_cast<std::size_t>(m_Run - before.data);
-    }
+    if (m_Blocks.size() > 1)
+        m_Blocks[m_Block_Index].used = static_cast<std::size_t>(m_Run - m_Block);
     m_Blocks.back() = {data, size, 0};
-    m_Run = m_Shared = m_End = data;
-    m_Limit = data + size;
+    Use_Last_Block();
+    m_Run = m_Shared = m_End = m_Block;
 }
 
 void XmlBytes::Resize_Last(std::size_t size) {
-    Block& last = m_Blocks.back();
-    char* const data = static_cast<char*>(Heap_Reallocate(last.data, size));
+    char* const data = static_cast<char*>(Heap_Reallocate(m_Block, size + kSlack));
     if (!data) AfxThrowMemoryException();
+    m_Blocks.back() = {data, size, 0};
     m_Shared = data + (m_Shared - m_Run);
     m_End = data + (m_End - m_Run);
     m_Run = data;
-    m_Limit = data + size;
-    last.data = data;
-    last.size = size;
-}
-
-const char* XmlBytes::Reader::Peek(const XmlBytes& bytes, std::size_t count) noexcept {
-    if (count == 0) return "";
-    if (m_Block + 1 < bytes.m_Blocks.size() && m_Offset == bytes.m_Blocks[m_Block].used) {
-        ++m_Block;
-        m_Offset = 0;
-    }
-    return bytes.m_Blocks[m_Block].data + m_Offset;
+    Use_Last_Block();
 }
 
 XmlItems::~XmlItems() {
@@ -143,9 +121,7 @@ void XmlItems::Reset() noexcept {
     m_Names = {};
 }
 
-void XmlItems::Advance() noexcept {
-    m_Names.Skip(m_Current->name_length);
-    if (++m_Current != Used_End(m_Current_Block)) return;
+void XmlItems::Advance_Block() noexcept {
     m_Current = ++m_Current_Block < m_Blocks.size() ? m_Blocks[m_Current_Block].data : nullptr;
 }
 

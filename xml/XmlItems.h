@@ -1,6 +1,7 @@
 // The items of a document, held so that a large document costs little more than its text.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -27,8 +28,12 @@ public:
     XmlBytes& operator=(const XmlBytes&) = delete;
     ~XmlBytes();
 
-    // Beyond this many bytes of room, a kernel that stores whole vectors needs no more.
+    // So many bytes behind any byte may be read, and behind the open run's end may be written, for
+    // kernels that work in whole vectors.
     static constexpr std::size_t kSlack = 16;
+
+    // Stands for no bytes, with its slack.
+    static constexpr char kNothing[kSlack] = {};
 
     // Makes the first block this large, so that as many bytes fit without another.
     void Reserve(std::size_t bytes);
@@ -40,14 +45,30 @@ public:
     }
     // Adds to the open run. The bytes may stand in the run itself once Drop has emptied it.
     void Append(const char* bytes, std::size_t count) {
-        if (count > static_cast<std::size_t>(m_Limit - m_End)) Grow(count);
+        Make_Room(count);
         Move_Bytes(m_End, bytes, count);
+        m_End += count;
+    }
+    // Adds the first `count` bytes, 1 to kSlack, of `vector`, which stores itself as a whole.
+    template <class Vector>
+    void Append_Vector(Vector vector, std::size_t count) {
+        Make_Room(count);
+        vector.Store(m_End);
         m_End += count;
     }
     // Empties the open run, except for what was shared.
     void Drop() noexcept { m_End = m_Run = m_Shared; }
     // Closes the run, of which `count` bytes from `first` on are wanted, and says where they stand.
-    Place Close(std::size_t first, std::size_t count) noexcept;
+    Place Close(std::size_t first, std::size_t count) noexcept {
+        if (count == 0) {
+            Drop();
+            return {};
+        }
+        const Place place{m_Block_Index, static_cast<std::uint32_t>(
+                                             static_cast<std::size_t>(m_Run - m_Block) + first)};
+        m_End = m_Run = m_Shared = std::max(m_Shared, m_Run + first + count);
+        return place;
+    }
     // Says where the open run stands, for somebody who keeps its present bytes; it stays open.
     Place Share() noexcept;
 
@@ -57,22 +78,20 @@ public:
     class Reader {
     public:
         // The next `count` bytes, which were one run.
-        const char* Peek(const XmlBytes& bytes, std::size_t count) noexcept;
+        const char* Peek(const XmlBytes& bytes, std::size_t count) noexcept {
+            if (count == 0) return kNothing;
+            if (m_Block + 1 < bytes.m_Blocks.size() && m_Offset == bytes.m_Blocks[m_Block].used) {
+                ++m_Block;
+                m_Offset = 0;
+            }
+            return bytes.m_Blocks[m_Block].data + m_Offset;
+        }
         void Skip(std::size_t count) noexcept { m_Offset += count; }
 
     private:
         std::size_t m_Block = 0;
         std::size_t m_Offset = 0;
     };
-
-    // Room that is always there behind the open run's end once Make_Room said so, for kernels that
-    // store whole vectors.
-    char* End() noexcept { return m_End; }
-    std::size_t Room() const noexcept { return static_cast<std::size_t>(m_Limit - m_End); }
-    void Make_Room(std::size_t count) {
-        if (count > Room()) Grow(count);
-    }
-    void Set_End(char* end) noexcept { m_End = end; }
 
 private:
     struct Block {
@@ -82,15 +101,21 @@ private:
     };
 
     static void Move_Bytes(char* to, const char* from, std::size_t count) noexcept;
+    void Make_Room(std::size_t count) {
+        if (count > static_cast<std::size_t>(m_Limit - m_End)) Grow(count);
+    }
+    void Use_Last_Block() noexcept;
     void Grow(std::size_t count);
     void Add_Block(std::size_t size);
     void Resize_Last(std::size_t size);
 
     std::vector<Block, HeapAllocator<Block>> m_Blocks;
-    char* m_Run = nullptr;     // the open run, in the last block
-    char* m_Shared = nullptr;  // end of what was shared of it, or its beginning
-    char* m_End = nullptr;     // its end
-    char* m_Limit = nullptr;   // end of the block
+    std::uint32_t m_Block_Index = 0;  // of the last block
+    char* m_Block = nullptr;          // its beginning
+    char* m_Run = nullptr;            // the open run, in it
+    char* m_Shared = nullptr;         // end of what was shared of it, or its beginning
+    char* m_End = nullptr;            // its end
+    char* m_Limit = nullptr;          // end of the block, but for its slack
     std::size_t m_Next_Block = 4096;
     std::size_t m_Largest_Block;
 };
@@ -126,11 +151,10 @@ public:
     // Adds the element whose name is the open run of `names`, and closes that run.
     XmlItem* Add() {
         if (m_Free == m_Free_End) Add_Block();
-        XmlItem* const item = m_Free++;
         const std::size_t length = names.Run().size();
-        *item = XmlItem{.name_length = static_cast<std::uint32_t>(length)};
         names.Close(0, length);
-        return item;
+        *m_Free = XmlItem{.name_length = static_cast<std::uint32_t>(length)};
+        return m_Free++;
     }
 
     // Puts the cursor on the first item.
@@ -141,9 +165,12 @@ public:
     const char* Current_Name() noexcept { return m_Names.Peek(names, m_Current->name_length); }
     // Its value; only if it is not open.
     const char* Current_Value() const noexcept {
-        return m_Current->value_length > 0 ? texts.At(m_Current->value) : "";
+        return m_Current->value_length > 0 ? texts.At(m_Current->value) : XmlBytes::kNothing;
     }
-    void Advance() noexcept;
+    void Advance() noexcept {
+        m_Names.Skip(m_Current->name_length);
+        if (++m_Current == Used_End(m_Current_Block)) Advance_Block();
+    }
 
     XmlBytes names;
     XmlBytes texts;
@@ -155,6 +182,7 @@ private:
     };
 
     void Add_Block();
+    void Advance_Block() noexcept;
     XmlItem* Used_End(std::size_t block) const noexcept {
         return block + 1 == m_Blocks.size() ? m_Free : m_Blocks[block].end;
     }

@@ -11,6 +11,7 @@
 #include "XmlFileSource.h"
 #include "XmlItems.h"
 #include "XmlReport.h"
+#include "XmlScan.h"
 #include "XmlSections.h"
 
 namespace {
@@ -51,6 +52,16 @@ private:
     const char* m_End;
 };
 
+// Gives `text` the bytes, behind which as many more can be read as a vector has. A string always
+// has room for fifteen bytes and the NUL, so that short texts, which nearly all are, need no call.
+void Hand_Out(RVString& text, const char* bytes, std::uint32_t length) {
+    constexpr int kRoom = 15;
+    static_assert(rv::XmlVector::kSize <= kRoom + 1);
+    if (length >= rv::XmlVector::kSize) return text.SetString(bytes, static_cast<int>(length));
+    rv::XmlVector::Load(bytes).Store(text.GetBuffer(kRoom));
+    text.ReleaseBuffer(static_cast<int>(length));
+}
+
 // Seconds since day 0 of the local clock, each handed out once in this process.
 std::int64_t Claim_Second(const COleDateTime& now) {
     static std::atomic<std::int64_t> s_Last = 0;
@@ -86,7 +97,7 @@ bool RVXmlParser::Load_Text(const RVString& document) {
     // No value is longer than the document, and all of them together are not either.
     if (length >= 10) {
         try {
-            m_Items->texts.Reserve(static_cast<std::size_t>(length) + rv::XmlBytes::kSlack);
+            m_Items->texts.Reserve(static_cast<std::size_t>(length));
         } catch (CMemoryException* error) {
             error->Delete();
             rv::Report_Xml_Error(23, __LINE__);
@@ -154,10 +165,10 @@ bool RVXmlParser::Next(RVString& name, RVString& value, ULONG& child_count) {
     if (item->Is_Open()) {
         value.SetString("", 0);
     } else {
-        value.SetString(m_Items->Current_Value(), static_cast<int>(item->value_length));
+        Hand_Out(value, m_Items->Current_Value(), item->value_length);
         child_count = item->child_count;
     }
-    name.SetString(m_Items->Current_Name(), static_cast<int>(item->name_length));
+    Hand_Out(name, m_Items->Current_Name(), item->name_length);
     m_Items->Advance();
     return true;
 }

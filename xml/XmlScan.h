@@ -31,6 +31,9 @@ struct XmlVector {
     std::uint32_t Equal(char byte) const noexcept {
         return Mask(_mm_cmpeq_epi8(m_Bytes, _mm_set1_epi8(byte)));
     }
+    std::uint32_t Equal(XmlVector other) const noexcept {
+        return Mask(_mm_cmpeq_epi8(m_Bytes, other.m_Bytes));
+    }
     std::uint32_t Specials() const noexcept {
         // "<" and ">" differ in one bit; tab and line feed are neighbours.
         const __m128i angle =
@@ -68,11 +71,17 @@ struct XmlVector {
     }
     void Store(char* at) const noexcept { std::memcpy(at, m_Bytes, kSize); }
     std::uint32_t Equal(char byte) const noexcept {
-        return Mask([byte](char other) { return other == byte; });
+        return Mask([byte](char mine, std::size_t) { return mine == byte; });
     }
-    std::uint32_t Specials() const noexcept { return Mask(Is_Special); }
+    std::uint32_t Equal(const XmlVector& other) const noexcept {
+        return Mask([&other](char mine, std::size_t i) { return mine == other.m_Bytes[i]; });
+    }
+    std::uint32_t Specials() const noexcept {
+        return Mask([](char mine, std::size_t) { return Is_Special(mine); });
+    }
     std::uint32_t Section_Specials() const noexcept {
-        return Mask([](char byte) { return byte == '\0' || byte == '[' || byte == ']'; });
+        return Mask(
+            [](char mine, std::size_t) { return mine == '\0' || mine == '[' || mine == ']'; });
     }
 
     char m_Bytes[kSize];
@@ -82,7 +91,7 @@ private:
     std::uint32_t Mask(Test test) const noexcept {
         std::uint32_t mask = 0;
         for (std::size_t i = 0; i < kSize; ++i)
-            mask |= (test(m_Bytes[i]) ? 1u : 0u) << i;
+            mask |= (test(m_Bytes[i], i) ? 1u : 0u) << i;
         return mask;
     }
 };

@@ -204,16 +204,6 @@ CString& CString::TrimRight() noexcept {
     return *this;
 }
 
-char* CString::GetBuffer(int capacity) {
-    if (capacity > m_Capacity) Reserve(capacity);
-    return m_Data;
-}
-
-void CString::ReleaseBuffer(int length) noexcept {
-    m_Length = std::min(length < 0 ? First_Nul() : length, m_Capacity);
-    m_Data[m_Length] = '\0';
-}
-
 // Looks no further than the room, which need not hold a NUL.
 int CString::First_Nul() const noexcept {
     const void* const end = std::memchr(m_Data, '\0', static_cast<std::size_t>(m_Capacity));

@@ -109,9 +109,16 @@ public:
     // Room for at least `capacity` bytes and the NUL; the text and its length stay. What is written
     // behind the text becomes part of it with ReleaseBuffer. The pointer lasts until the next
     // operation that changes the string.
-    char* GetBuffer(int capacity);
+    char* GetBuffer(int capacity) {
+        if (capacity > m_Capacity) Reserve(capacity);
+        return m_Data;
+    }
     // Sets the length, up to the reserved capacity; -1: up to the first NUL in it.
-    void ReleaseBuffer(int length = -1) noexcept;
+    void ReleaseBuffer(int length = -1) noexcept {
+        if (length < 0) length = First_Nul();
+        m_Length = length < m_Capacity ? length : m_Capacity;
+        m_Data[m_Length] = '\0';
+    }
     // Gives memory beyond the text back. Never fails.
     void FreeExtra() noexcept;
 
@@ -141,8 +148,8 @@ private:
         return bytes >= m_Data && bytes <= m_Data + m_Capacity;
     }
     void Fill(const char* bytes, int length) noexcept {
-        if (length > 0) std::memcpy(m_Data, bytes, static_cast<std::size_t>(length));
         m_Length = length > 0 ? length : 0;
+        if (m_Length > 0) std::memcpy(m_Data, bytes, static_cast<std::size_t>(m_Length));
         m_Data[m_Length] = '\0';
     }
     void Set_Slow(const char* bytes, int length);
