@@ -6,11 +6,12 @@
 
 #include <cstddef>
 #include <limits>
-#include <new>
 
 #include "../export.h"
+#include "../heap.h"
 #include "../winapi.h"
 #include "CException.h"
+#include "HeapObject.h"
 
 // Decides whether an allocation of `bytes` may go on; false makes it fail like an exhausted heap.
 // `is_object` and `request` are always FALSE and 0 and stand for the published shape. Must not
@@ -21,12 +22,6 @@ using AFX_ALLOC_HOOK = BOOL (*)(std::size_t bytes, BOOL is_object, LONG request)
 RVPLATFORM_API AFX_ALLOC_HOOK AfxSetAllocHook(AFX_ALLOC_HOOK hook) noexcept;
 
 namespace rv {
-
-// As std::malloc, std::realloc and std::free, behind the hook: null when there is no memory.
-// A refused Heap_Reallocate leaves the old block as it was; freeing null does nothing.
-[[nodiscard]] RVPLATFORM_API void* Heap_Allocate(std::size_t bytes) noexcept;
-[[nodiscard]] RVPLATFORM_API void* Heap_Reallocate(void* block, std::size_t bytes) noexcept;
-RVPLATFORM_API void Heap_Free(void* block) noexcept;
 
 // The same memory for the standard containers; throws CMemoryException* when there is none.
 template <class T>
@@ -49,23 +44,6 @@ struct HeapAllocator {
     bool operator==(const HeapAllocator<U>&) const noexcept {
         return true;
     }
-};
-
-// Gives classes that derive from it the operators new and delete over that memory. The plain form
-// throws CMemoryException*, the nothrow form gives null.
-struct HeapObject {
-    static void* operator new(std::size_t bytes) {
-        void* const block = Heap_Allocate(bytes);
-        if (!block) AfxThrowMemoryException();
-        return block;
-    }
-    static void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-        return Heap_Allocate(bytes);
-    }
-    static void* operator new(std::size_t, void* place) noexcept { return place; }
-    static void operator delete(void* block) noexcept { Heap_Free(block); }
-    static void operator delete(void* block, const std::nothrow_t&) noexcept { Heap_Free(block); }
-    static void operator delete(void*, void*) noexcept {}
 };
 
 }  // namespace rv

@@ -11,23 +11,28 @@
 #include "../export.h"
 #include "../winapi.h"
 #include "CString.h"
+#include "HeapObject.h"
 
 // Base of the family. An object made by one of the AfxThrow functions belongs to whoever catches
 // it and does not throw it on.
-class RVPLATFORM_API CException {
+class RVPLATFORM_API CException : public rv::HeapObject {
 public:
     CException() = default;
     CException(const CException&) = delete;
     CException& operator=(const CException&) = delete;
     virtual ~CException();
 
-    // Ends the exception's life. Call it once, in the handler that does not rethrow.
+    // Ends the life of an exception that was made by new or thrown. Call it once, in the handler
+    // that does not rethrow.
     virtual void Delete() noexcept;
 };
 
-// The heap is exhausted. One object serves every throw, so that throwing needs no memory.
+// The heap is exhausted. One object serves every throw, so that throwing needs no memory. Thrown
+// by AfxThrowMemoryException.
 class RVPLATFORM_API CMemoryException : public CException {
 public:
+    ~CMemoryException() override;
+
     void Delete() noexcept override;
 };
 
@@ -53,17 +58,16 @@ public:
     };
 
     explicit CFileException(int cause = none, LONG os_error = -1, const char* file_name = nullptr);
+    ~CFileException() override;
 
-    // The Cause that stands for a system error number.
-    static int OsErrorToException(LONG os_error) noexcept;
+    // The Cause that stands for a system error number; genericException for one that none stands
+    // for.
+    [[nodiscard]] static int OsErrorToException(LONG os_error) noexcept;
 
-    int m_cause;           // a Cause
-    LONG m_lOsError;       // the system's number (GetLastError), -1 when there is none
+    int m_cause;            // a Cause
+    LONG m_lOsError;        // the system's number (GetLastError), -1 when there is none
     CString m_strFileName;  // path of the file, empty when it is not known
 };
-
-// Throws CMemoryException*. Allocates nothing of its own.
-[[noreturn]] RVPLATFORM_API void AfxThrowMemoryException();
 
 // Throws CFileException* with these fields, or CMemoryException* when there is no memory for it.
 [[noreturn]] RVPLATFORM_API void AfxThrowFileException(int cause, LONG os_error = -1,
