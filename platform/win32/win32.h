@@ -1,6 +1,13 @@
 // Everything the layer supplies of the Win32, OLE Automation and run-time-library names.
 #pragma once
 
+#include "bstr.h"
 #include "crttime.h"
+#include "error.h"
+#include "file.h"
+#include "handle.h"
+#include "module.h"
 #include "oledate.h"
+#include "path.h"
+#include "text.h"
 #include "types.h"
