@@ -142,14 +142,18 @@ private:
 class Decoder {
 public:
     // `skips_others`: characters outside the alphabet are passed over; else they end the text.
-    Decoder(CFile& target, bool skips_others) noexcept
-        : m_Target(target), m_SkipsOthers(skips_others) {}
-
-    // Collects the decoded bytes in `room` instead of in a block of its own.
-    void Use_Room(char* room, std::size_t size) noexcept {
-        m_Room = reinterpret_cast<unsigned char*>(room);
-        m_Size = size;
+    // `room`: how many decoded bytes are collected before they are written, at most.
+    Decoder(CFile& target, bool skips_others, int room)
+        : m_Target(target), m_SkipsOthers(skips_others) {
+        if (Reserve(m_Decoded, static_cast<ULONGLONG>(room))) {
+            m_Room = reinterpret_cast<unsigned char*>(m_Decoded.GetBuffer(room));
+            m_Size = static_cast<std::size_t>(room);
+        } else {
+            Report_Xml_Error(kNoMemory, __LINE__);
+        }
     }
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
 
     // Takes the next characters. False: one of them ended the text.
     bool Take(const char* at, const char* end) {
@@ -182,8 +186,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t kBlock = 48 * 1024;
-
     std::size_t Take_Groups(const char* text, std::size_t groups) {
         std::size_t taken = 0;
         while (taken < groups) {
@@ -219,22 +221,16 @@ private:
     const bool m_SkipsOthers;
     std::uint32_t m_Group = 0;  // 6 bits for each of its characters so far
     std::uint32_t m_Count = 0;
-    unsigned char m_Block[kBlock];
-    unsigned char* m_Room = m_Block;
-    std::size_t m_Size = kBlock;
+    RVString m_Decoded;
+    unsigned char m_Spare[1024];  // the room where there is no memory for a larger one
+    unsigned char* m_Room = m_Spare;
+    std::size_t m_Size = sizeof m_Spare;
     std::size_t m_Used = 0;
 };
 
 void Decode_Text(CFile& target, const RVString& input) {
-    RVString decoded;
-    const int length = input.GetLength();
-    Decoder decoder(target, false);
-    // With room for all of it the target is written in one piece.
-    if (Reserve(decoded, static_cast<ULONGLONG>(length)))
-        decoder.Use_Room(decoded.GetBuffer(length), static_cast<std::size_t>(length));
-    else
-        Report_Xml_Error(kNoMemory, __LINE__);
-    decoder.Take(input.GetString(), input.GetString() + length);
+    Decoder decoder(target, false, input.GetLength());
+    decoder.Take(input.GetString(), input.GetString() + input.GetLength());
     decoder.Finish();
     decoder.Flush();
 }
@@ -244,14 +240,27 @@ void Decode_Text(CFile& target, const RVString& input) {
 constexpr UINT kChunk = 1'048'576;
 constexpr UINT kStride = 1'048'567;
 
-// Reads the next chunk into the room of `text`, which becomes the chunk up to its first NUL. At the
-// file's end `text` stays as it is.
+// What one chunk decodes to, so that each is written in one piece.
+constexpr int kRoom = kChunk / 4 * 3;
+
+// Ends a text at its first NUL, however the operation that wrote into its room ends. Looked for
+// once, not for each chunk.
+class TextEnd {
+public:
+    explicit TextEnd(RVString& text) noexcept : m_Text(text) {}
+    TextEnd(const TextEnd&) = delete;
+    TextEnd& operator=(const TextEnd&) = delete;
+    ~TextEnd() { m_Text.ReleaseBuffer(); }
+
+private:
+    RVString& m_Text;
+};
+
+// Reads the next chunk into the room of `text`, which becomes the chunk. At the file's end `text`
+// stays as it is.
 UINT Read_Chunk(CFile& source, RVString& text) {
-    char* const room = text.GetBuffer(kChunk);
-    const UINT read = source.Read(room, kChunk);
-    if (read == 0) return 0;
-    room[read] = '\0';
-    text.ReleaseBuffer();
+    const UINT read = source.Read(text.GetBuffer(kChunk), kChunk);
+    if (read > 0) text.ReleaseBuffer(static_cast<int>(read));
     return read;
 }
 
@@ -259,7 +268,7 @@ UINT Read_Chunk(CFile& source, RVString& text) {
 // file ended before its length.
 [[nodiscard]] bool Decode_Chunks(CFile& target, CFile& source, ULONGLONG length, RVString& chunk,
                                  UINT read) {
-    Decoder decoder(target, true);
+    Decoder decoder(target, true, static_cast<int>(std::min<ULONGLONG>(length, kRoom)));
     for (ULONGLONG base = 0; length > 0;) {
         const char* const text = chunk.GetString();
         const UINT stride = static_cast<UINT>(std::min<ULONGLONG>(length, kStride));
@@ -292,6 +301,7 @@ void Decode_Reference(CFile& target, RVString& input) {
     // From here on the caller's string is the chunk, so that its text is never copied.
     const RVString reference = std::exchange(input, std::move(chunk));
     const Trimmer trimmer(input);
+    const TextEnd text_end(input);
     if (!Decode_Chunks(target, *source, length, input, read))
         return Report_Xml_Error(kNoMemory, __LINE__);
     source->Close();
