@@ -47,3 +47,12 @@ public:
     void Number_To_String(ULONG number);
     void Number_To_String(int number);
 };
+
+// A pointer to characters that may be changed is text here, too: without these two, the number that
+// an RVString converts to would be added to the pointer just as well.
+inline CString operator+(const RVString& left, char* right) {
+    return left + static_cast<const char*>(right);
+}
+inline CString operator+(char* left, const RVString& right) {
+    return static_cast<const char*>(left) + right;
+}
