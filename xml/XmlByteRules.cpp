@@ -176,9 +176,9 @@ void XmlByteRules::Name_Tag(std::string_view name) {
 
 // Opens the element whose name is the open run of the names.
 void XmlByteRules::Open_Named() {
-    const char* const name = m_Items.names.Run().data();
+    const std::string_view name = m_Items.names.Run();
     XmlItem* const item = m_Items.Add();
-    m_Open.push_back({item, name, m_Count + 1});
+    m_Open.push_back({item, name.empty() ? XmlBytes::kNothing : name.data(), m_Count + 1});
     m_Count = 0;
 }
 

@@ -83,6 +83,7 @@ constexpr struct {
     {"self-closing and nothing else", "</>", true, "||0"},
     {"self-closing slash", "<//>", true, "/||0"},
     {"empty tag", "<>", false, ""},
+    {"element without a name", "< ></a>and text behind it", false, ""},
     {"tag of dropped bytes", "<\n\t>", false, ""},
     {"end tag with nothing open", "</a>", false, ""},
     {"end tag of another", "<a><b></a>", false, "a b"},
