@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cstdlib>
 
+#include "../large_pages.h"
+
 namespace {
 
 std::atomic<AFX_ALLOC_HOOK> g_Hook = nullptr;
@@ -29,11 +31,17 @@ AFX_ALLOC_HOOK AfxSetAllocHook(AFX_ALLOC_HOOK hook) noexcept {
 namespace rv {
 
 void* Heap_Allocate(std::size_t bytes) noexcept {
-    return Permitted(bytes) ? std::malloc(At_Least_One(bytes)) : nullptr;
+    if (!Permitted(bytes)) return nullptr;
+    void* const block = std::malloc(At_Least_One(bytes));
+    Prefer_Large_Pages(block, bytes);
+    return block;
 }
 
 void* Heap_Reallocate(void* block, std::size_t bytes) noexcept {
-    return Permitted(bytes) ? std::realloc(block, At_Least_One(bytes)) : nullptr;
+    if (!Permitted(bytes)) return nullptr;
+    void* const grown = std::realloc(block, At_Least_One(bytes));
+    Prefer_Large_Pages(grown, bytes);
+    return grown;
 }
 
 void Heap_Free(void* block) noexcept {
