@@ -44,10 +44,10 @@ TEST(CString, CopiesAndMovesAcrossTheInlineBoundary) {
     for (const int from : kLengths)
         for (const int to : kLengths) {
             const CString source = Text(Sample(from));
-            CString target = Text("#" + Sample(to));
+            CString target = Text(Sample(to + 1));
             target = source;
             EXPECT_EQ(Bytes(target), Sample(from));
-            target = Text("#" + Sample(to));
+            target = Text(Sample(to + 1));
             target = CString(source);
             EXPECT_EQ(Bytes(target), Sample(from));
             target += Text(Sample(to));
