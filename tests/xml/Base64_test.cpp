@@ -2,9 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
-#include <memory>
-#include <optional>
 #include <random>
 #include <set>
 #include <string>
@@ -13,6 +10,7 @@
 #include "../../xml/base64/codec.h"
 #include "allocation_sweep.h"
 #include "literal_base64.h"
+#include "memory_file.h"
 #include "report_recorder.h"
 #include "scratch.h"
 #include "xml_support.h"
@@ -31,40 +29,6 @@ std::string Random_Bytes(std::size_t count) {
         byte = static_cast<char>(random());
     return bytes;
 }
-
-// A file in memory that can be short of reads, of room and of the truth.
-struct MemoryFile : CFile {
-    explicit MemoryFile(std::string bytes = {}) : m_Bytes(std::move(bytes)) {}
-
-    UINT Read(void* buffer, UINT count) override {
-        if (m_Before) m_Before();
-        if (m_At >= m_FailsFrom) AfxThrowFileException(CFileException::hardIO);
-        const std::size_t read = m_Bytes.copy(static_cast<char*>(buffer),
-                                              std::min<std::size_t>(count, m_MostAtOnce), m_At);
-        m_At += read;
-        return static_cast<UINT>(read);
-    }
-    void Write(const void* buffer, UINT count) override {
-        if (m_Before) m_Before();
-        if (m_Bytes.size() + count > m_Room) AfxThrowFileException(CFileException::diskFull);
-        m_Bytes.append(static_cast<const char*>(buffer), count);
-    }
-    ULONGLONG GetLength() const override {
-        if (m_LengthFails) AfxThrowFileException(CFileException::hardIO);
-        return m_Claimed.value_or(m_Bytes.size());
-    }
-    CString GetFilePath() const override { return m_Path.c_str(); }
-
-    std::string m_Bytes;
-    std::size_t m_At = 0;
-    std::size_t m_MostAtOnce = SIZE_MAX;
-    std::size_t m_FailsFrom = SIZE_MAX;
-    std::size_t m_Room = SIZE_MAX;
-    std::optional<ULONGLONG> m_Claimed;
-    bool m_LengthFails = false;
-    std::string m_Path;
-    std::function<void()> m_Before;  // called before each read and write
-};
 
 // How an operation ended.
 template <class Operation>
@@ -144,7 +108,7 @@ TEST(Base64Codec, EveryCodecStopsAtTheGroupWithAForeignByte) {
             for (int value = 0; value < 256; ++value) {
                 std::string text = whole;
                 text[at] = static_cast<char>(value);
-                const bool foreign = kLiteralAlphabet.find(text[at]) == std::string_view::npos;
+                const bool foreign = Literal_Index(text[at]) < 0;
                 std::string back(3 * kGroups, '\0');
                 const std::size_t groups = codec.m_Decode(
                     text.data(), kGroups, reinterpret_cast<unsigned char*>(back.data()));

@@ -11,6 +11,14 @@ namespace rv_test {
 inline constexpr std::string_view kLiteralAlphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
+// The place in the alphabet, -1 for a character outside of it.
+inline int Literal_Index(char character) {
+    if (character >= 'A' && character <= 'Z') return character - 'A';
+    if (character >= 'a' && character <= 'z') return character - 'a' + 26;
+    if (character >= '0' && character <= '9') return character - '0' + 52;
+    return character == '+' ? 62 : character == '/' ? 63 : -1;
+}
+
 // By bits: eight of each byte in a row, cut into sixes.
 inline std::string Encode_Literally(std::string_view bytes) {
     std::string bits;
@@ -41,10 +49,9 @@ inline LiteralDecode Decode_Literally(std::string_view text, bool in_file) {
     const auto read_chunk = [&] {
         chunk = in_file ? text.substr(base, kChunk) : text;
         result.chunk = chunk.c_str();
-        chunk.resize(in_file ? kChunk + 1 : text.size() + 1);
     };
     read_chunk();
-    std::size_t bits = 0;
+    unsigned bits = 0;
     int count = 0;
     const auto end_group = [&](int bytes) {
         for (int byte = 0; byte < bytes; ++byte)
@@ -60,11 +67,11 @@ inline LiteralDecode Decode_Literally(std::string_view text, bool in_file) {
             read_chunk();
             i = 0;
         }
-        const std::size_t index = kLiteralAlphabet.find(chunk[i]);
-        if (index == std::string_view::npos && !in_file) break;
+        const int index = Literal_Index(chunk[i]);
+        if (index < 0 && !in_file) break;
         ++i;
-        if (index == std::string_view::npos) continue;
-        bits = bits << 6 | index;
+        if (index < 0) continue;
+        bits = bits << 6 | static_cast<unsigned>(index);
         if (++count == 4) end_group(3);
     }
     if (count > 0) {
