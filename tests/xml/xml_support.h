@@ -22,18 +22,24 @@ inline RVString To_RVString(std::string_view text) {
     return RVString(CString(text.data(), static_cast<int>(text.size())));
 }
 
-inline RVString Reference(const std::string& path) { return To_RVString("FILE://" + path); }
+inline RVString Reference(const std::string& path) {
+    return To_RVString("FILE://" + path);
+}
 
 // Where a value names a temporary file, the file's bytes as the literal reader shows them. Names
 // have a fixed form, so that text behind one is told from it.
-inline std::string With_Bodies(std::string value) {
+inline std::string With_Bodies(const std::string& value) {
     constexpr std::string_view kPrefix = "FILE://";
-    constexpr std::size_t kTail = sizeof("ZORTmp_20001231235959.tmp") - 1;
+    constexpr std::size_t kName = sizeof("ZORTmp_20001231235959.tmp") - 1;
     const std::size_t at = value.find(kPrefix);
-    const std::size_t name = value.find("ZORTmp_", at == std::string::npos ? 0 : at);
-    if (at == std::string::npos || name == std::string::npos) return value;
-    const std::string path = value.substr(at + kPrefix.size(), name + kTail - at - kPrefix.size());
-    return value.substr(0, at) + LiteralReader::Filed(Read_File(path)) + value.substr(name + kTail);
+    if (at == std::string::npos) return value;
+    const std::size_t path = at + kPrefix.size();
+    const std::size_t name = value.find("ZORTmp_", path);
+    if (name == std::string::npos || name + kName > value.size()) return value;
+    const std::string file = value.substr(path, name + kName - path);
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(file, ignored)) return value;
+    return value.substr(0, at) + LiteralReader::Filed(Read_File(file)) + value.substr(name + kName);
 }
 
 // Walks a loaded parser from its first item.
