@@ -89,10 +89,11 @@ private:
     // Whole groups, so that nothing carries over while the reads are full ones; and small enough
     // for the stack of any thread and, with its text, for the first processor caches.
     static constexpr std::size_t kBlock = 24 * 1024;
+    static constexpr int kSmallText = 4097;
 
     void Go_On_Without_Room() {
         if (!m_SpillFile) {
-            m_Text.GetBuffer(4097);
+            m_Text.GetBuffer(kSmallText);
             return Report_Xml_Error(kNoMemory, __LINE__);
         }
         *m_SpillFile = new CFile(m_Source.GetFilePath() + kSpillSuffix,
@@ -204,7 +205,7 @@ private:
         m_Group = m_Group << 6 | index;
         if (++m_Count < 4) return;
         Put(3);
-        m_Group = m_Count = 0;
+        m_Count = 0;
     }
 
     void Put(std::size_t count) {
@@ -219,7 +220,7 @@ private:
 
     CFile& m_Target;
     const bool m_SkipsOthers;
-    std::uint32_t m_Group = 0;  // 6 bits for each of its characters so far
+    std::uint32_t m_Group = 0;  // its lower 24 bits: 6 for each character so far
     std::uint32_t m_Count = 0;
     RVString m_Decoded;
     unsigned char m_Spare[1024];  // the room where there is no memory for a larger one

@@ -21,17 +21,21 @@ inline int Literal_Index(char character) {
 
 // By bits: eight of each byte in a row, cut into sixes.
 inline std::string Encode_Literally(std::string_view bytes) {
-    std::string bits;
+    std::string text;
+    int index = 0;
+    int bits = 0;
+    const auto add_bit = [&](int bit) {
+        index = index * 2 + bit;
+        if (++bits < 6) return;
+        text += kLiteralAlphabet[static_cast<std::size_t>(index)];
+        index = bits = 0;
+    };
     for (const char byte : bytes)
         for (int bit = 7; bit >= 0; --bit)
-            bits += (byte >> bit & 1) ? '1' : '0';
-    while (bits.size() % 6 != 0)
-        bits += '0';
-    std::string text;
-    for (std::size_t at = 0; at < bits.size(); at += 6)
-        text += kLiteralAlphabet[std::stoul(bits.substr(at, 6), nullptr, 2)];
-    while (text.size() % 4 != 0)
-        text += '=';
+            add_bit(byte >> bit & 1);
+    while (bits > 0)
+        add_bit(0);
+    text.append((4 - text.size() % 4) % 4, '=');
     return text;
 }
 
