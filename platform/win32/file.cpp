@@ -239,16 +239,23 @@ BOOL GetFileSizeEx(HANDLE handle, LARGE_INTEGER* size) noexcept {
     return TRUE;
 }
 
+// A native path, as the library's own temporary names are, is deleted without memory of its own:
+// the file that an exhausted heap leaves behind must go all the same.
 BOOL DeleteFileA(LPCSTR path) noexcept {
-    rv::HeapText native;
-    if (const DWORD error = rv::Native_Path(path, native); error != ERROR_SUCCESS)
-        return Refuse(error);
+    rv::HeapText copy;
+    if (!path || !rv::Is_Native_Path(path))
+        if (const DWORD error = rv::Native_Path(path, copy); error != ERROR_SUCCESS)
+            return Refuse(error);
+    const char* const native = copy ? copy.get() : path;
     struct stat status;
-    if (::lstat(native.get(), &status) == 0) {
+    if (::lstat(native, &status) == 0) {
         if (!S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
             return Refuse(ERROR_ACCESS_DENIED);
-        if (::unlink(native.get()) == 0) return TRUE;
+        if (::unlink(native) == 0) return TRUE;
     }
-    return Refuse(errno == ENOENT ? rv::Missing_File_Error(native.get())
-                                  : rv::Error_From_Errno(errno));
+    if (errno != ENOENT) return Refuse_Errno();
+    if (!copy)
+        if (const DWORD error = rv::Native_Path(path, copy); error != ERROR_SUCCESS)
+            return Refuse(error);
+    return Refuse(rv::Missing_File_Error(copy.get()));
 }

@@ -11,6 +11,9 @@ namespace rv {
 // that does not exist and ERROR_NOT_ENOUGH_MEMORY; `native` is then as it was.
 [[nodiscard]] DWORD Native_Path(const char* path, HeapText& native) noexcept;
 
+// Whether `path`, not null, is its own native form.
+[[nodiscard]] bool Is_Native_Path(const char* path) noexcept;
+
 // Which error a file is that the system does not find: ERROR_FILE_NOT_FOUND when its directory
 // exists, else ERROR_PATH_NOT_FOUND. Cuts the last level off `native`.
 [[nodiscard]] DWORD Missing_File_Error(char* native) noexcept;

@@ -179,6 +179,10 @@ DWORD rv::Native_Path(const char* path, HeapText& native) noexcept {
     return ERROR_SUCCESS;
 }
 
+bool rv::Is_Native_Path(const char* path) noexcept {
+    return !Drive_Of(path) && !std::strchr(path, '\\');
+}
+
 DWORD rv::Missing_File_Error(char* native) noexcept {
     std::size_t length = std::strlen(native);
     while (length > 1 && native[length - 1] == kSeparator)
