@@ -45,7 +45,7 @@ public:
 
     // Opens `path`; what was open must be closed before. False on failure, told in `*error` when it
     // is not null; an exhausted heap is told there, too (ERROR_NOT_ENOUGH_MEMORY), with the file
-    // untouched. Never throws. A directory is refused, and so is a pipe or a socket.
+    // untouched. Never throws. A directory is refused, and so is, on Linux, a pipe or a socket.
     [[nodiscard]] virtual BOOL Open(const char* path, UINT flags, CFileException* error = nullptr);
     // Closes; throws when the system tells a late failure. The object is free for another file
     // either way.

@@ -211,12 +211,12 @@ int CString::First_Nul() const noexcept {
 }
 
 void CString::FreeExtra() noexcept {
-    if (m_Data == m_Inline || m_Capacity == m_Length) return;
-    // An inline text keeps its block: moving back is not worth a copy.
-    const auto size = static_cast<std::size_t>(m_Length) + 1;
-    if (void* const block = rv::Heap_Reallocate(m_Data, size)) {
+    // A short text keeps its block, with the room that every string has.
+    const int capacity = std::max(m_Length, kInlineCapacity);
+    if (m_Data == m_Inline || m_Capacity == capacity) return;
+    if (void* const block = rv::Heap_Reallocate(m_Data, static_cast<std::size_t>(capacity) + 1)) {
         m_Data = static_cast<char*>(block);
-        m_Capacity = m_Length;
+        m_Capacity = capacity;
     }
 }
 
@@ -261,6 +261,10 @@ void CString::Format_Arguments(const char* format, ...) {
     va_copy(measured, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
+    if (length < 0) {
+        va_end(arguments);
+        AfxThrowMemoryException();
+    }
     // An argument may be this text itself, so the result is made apart.
     CString result;
     if (length > 0) {
@@ -279,8 +283,8 @@ void CString::Format_Arguments(const char* format, ...) {
 
 CString operator+(const CString& left, const CString& right) {
     CString sum;
-    sum.GetBuffer(
-        static_cast<int>(std::min<long long>(INT_MAX, 0LL + left.GetLength() + right.GetLength())));
+    sum.GetBuffer(static_cast<int>(
+        std::min(LONGLONG{INT_MAX}, LONGLONG{left.GetLength()} + right.GetLength())));
     sum += left;
     sum += right;
     return sum;
