@@ -62,7 +62,8 @@ void XmlBytes::Grow(std::size_t count) {
     if (count > kLongestRun - length) AfxThrowMemoryException();
     const std::size_t needed = length + count;
     if (!m_Blocks.empty() && m_Run == m_Block) {
-        Resize_Last(std::max(needed, m_Blocks.back().size * 2));
+        // Never larger, so that no run outgrows the limit unseen.
+        Resize_Last(std::min(std::max(needed, m_Blocks.back().size * 2), kLongestRun));
         return;
     }
     const char* const run = m_Run;

@@ -16,7 +16,7 @@ namespace rv {
 // run of more bytes than a CString can hold, throws CMemoryException*.
 class XmlBytes {
 public:
-    // Where bytes stand; valid until Clear, also while the run they belong to grows.
+    // Where bytes stand; valid as long as the object, also while the run they belong to grows.
     struct Place {
         std::uint32_t block = 0;
         std::uint32_t offset = 0;
@@ -49,7 +49,7 @@ public:
         Move_Bytes(m_End, bytes, count);
         m_End += count;
     }
-    // Adds the first `count` bytes, 1 to kSlack, of `vector`, which stores itself as a whole.
+    // Adds the first `count` bytes, up to kSlack, of `vector`, which stores itself as a whole.
     template <class Vector>
     void Append_Vector(Vector vector, std::size_t count) {
         Make_Room(count);

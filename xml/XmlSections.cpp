@@ -11,7 +11,7 @@ namespace rv {
 
 namespace {
 
-// Between two checkpoints; small, since one segment's markers are held at a time.
+// Small, since one segment's markers are held at a time.
 constexpr std::uint64_t kSegment = 65536;
 
 // Where a nesting depth of 16 bits wraps to 0.
@@ -101,73 +101,84 @@ XmlSections::Found XmlSections::Find_Mark(const char* begin, const char* end,
     return {};
 }
 
+std::uint64_t XmlSections::Behind(const Found& found) noexcept {
+    return found.at + (found.mark == Mark::kOpen ? kSectionOpen : kSectionClose).size();
+}
+
 XmlSections::Known XmlSections::Look_Up(std::uint64_t body) {
     const std::uint64_t mark = body - kSectionOpen.size();
     if (mark < m_Known_From || mark >= m_Known_Until) return Known::kNothing;
     if (mark >= m_Last_Close) return Known::kEndless;
-    if (mark < m_Exact_From) return Known::kNotHere;
-    const std::size_t segment =
-        m_Checkpoints.size() - 2 - static_cast<std::size_t>((mark - m_Known_From) / kSegment);
-    if (segment != m_Segment) Learn_Endless(segment);
-    return std::binary_search(m_Endless.begin(), m_Endless.end(), body) ? Known::kEndless
-                                                                        : Known::kEnds;
+    const auto segment = static_cast<std::size_t>((mark - m_Known_From) / kSegment);
+    if (segment >= m_Segments.size()) return Known::kNotHere;
+    if (segment != m_Answered) Learn_Answers(segment);
+    const auto answer =
+        std::lower_bound(m_Answers.begin(), m_Answers.end(), mark,
+                         [](const Answer& one, std::uint64_t at) { return one.at < at; });
+    if (answer == m_Answers.end() || answer->at != mark) return Known::kNotHere;
+    return answer->ends ? Known::kEnds : Known::kEndless;
 }
 
-// Reads what the failed search from `from` on has seen once more, from the back.
+// Walks the markers that the failed search from `from` on has seen once more, notes where the walk
+// enters each segment, and then sums them up from the back.
 void XmlSections::Learn(std::uint64_t from) {
-    m_Known_From = m_Exact_From = from;
-    m_Known_Until = std::max(m_Search_End, from);
+    m_Known_From = from;
     m_Last_Close = 0;
-    m_Segment = ~std::size_t{0};
-    m_Checkpoints.clear();
-    m_Checkpoints.push_back({m_Known_Until, {}});
-    const std::uint64_t segments = (m_Known_Until - from + kSegment - 1) / kSegment;
-    for (std::uint64_t segment = segments; segment-- > 0;) {
-        const std::uint64_t begin = from + segment * kSegment;
-        Balance balance = m_Checkpoints.back().behind;
-        Read_Marks(begin, m_Checkpoints.back().at);
-        for (auto found = m_Marks.rbegin(); found != m_Marks.rend(); ++found) {
+    m_Answered = ~std::size_t{0};
+    m_Segments.clear();
+    for (Found found = Next_Mark(from, from, Wanted::kBoth); found.mark != Mark::kNone;
+         found = Next_Mark(Behind(found), Behind(found), Wanted::kBoth)) {
+        const auto segment = static_cast<std::size_t>((found.at - from) / kSegment);
+        if (segment >= m_Segments.size()) {
+            m_Segments.resize(segment + 1);
+            m_Segments[segment].first = found;
+        }
+        if (found.mark == Mark::kClose) m_Last_Close = found.at + 1;
+    }
+    m_Known_Until = std::max(m_Search_End, from);
+    if (m_Source.Window() != 0) Find_Last_Close();
+    Balance balance;
+    for (std::size_t segment = m_Segments.size(); segment-- > 0;) {
+        m_Segments[segment].behind = balance;
+        Read_Marks(segment);
+        for (auto found = m_Marks.rbegin(); found != m_Marks.rend(); ++found)
             balance.Take(found->mark);
-            if (found->mark == Mark::kClose) m_Last_Close = std::max(m_Last_Close, found->at + 1);
-            if (found->mark == Mark::kNul) m_Exact_From = std::max(m_Exact_From, found->at + 1);
-        }
-        m_Checkpoints.push_back({begin, balance});
     }
 }
 
-// Gathers the markers and NULs that begin in a stretch of the document, in order.
-void XmlSections::Read_Marks(std::uint64_t begin, std::uint64_t end) {
-    m_Marks.clear();
-    for (std::uint64_t at = begin; at < end;) {
+// Behind the last closing marker nothing has an end, whatever NUL bytes hide.
+void XmlSections::Find_Last_Close() {
+    for (std::uint64_t at = m_Known_From;;) {
         const XmlRun run = m_Source.At(at, kSectionOpen.size());
-        const Found found = Find_Mark(run.begin, run.end, Wanted::kBoth);
-        if (found.mark == Mark::kNone) {
-            if (run.last) return;
-            at += run.Size() - kOverlap;
-            continue;
-        }
-        at += found.at;
-        if (at >= end) return;
-        m_Marks.push_back({found.mark, at});
-        at += found.mark == Mark::kNul    ? 1
-              : found.mark == Mark::kOpen ? kSectionOpen.size()
-                                          : kSectionClose.size();
+        const std::size_t found = std::string_view(run.begin, run.Size()).rfind(kSectionClose);
+        if (found != std::string_view::npos) m_Last_Close = at + found + 1;
+        if (run.last) return;
+        at += run.Size() - kOverlap;
     }
 }
 
-// Sorts out which opening markers of a segment have no end.
-void XmlSections::Learn_Endless(std::size_t segment) {
-    Balance balance = m_Checkpoints[segment].behind;
-    Read_Marks(m_Checkpoints[segment + 1].at, m_Checkpoints[segment].at);
-    m_Endless.clear();
+// Gathers the markers of a segment that the walk goes by.
+void XmlSections::Read_Marks(std::size_t segment) {
+    m_Marks.clear();
+    const std::uint64_t end = m_Known_From + (segment + 1) * kSegment;
+    for (Found found = m_Segments[segment].first; found.mark != Mark::kNone && found.at < end;
+         found = Next_Mark(Behind(found), Behind(found), Wanted::kBoth))
+        m_Marks.push_back(found);
+}
+
+// Sorts out which opening markers of a segment have an end.
+void XmlSections::Learn_Answers(std::size_t segment) {
+    Read_Marks(segment);
+    Balance balance = m_Segments[segment].behind;
+    m_Answers.clear();
     for (auto found = m_Marks.rbegin(); found != m_Marks.rend(); ++found) {
         const bool closes = balance.closers > 0;
         balance.Take(found->mark);
-        if (found->mark == Mark::kOpen && !closes && balance.depth < kWrap)
-            m_Endless.push_back(found->at + kSectionOpen.size());
+        if (found->mark == Mark::kOpen)
+            m_Answers.push_back({found->at, closes || balance.depth >= kWrap});
     }
-    std::reverse(m_Endless.begin(), m_Endless.end());
-    m_Segment = segment;
+    std::reverse(m_Answers.begin(), m_Answers.end());
+    m_Answered = segment;
 }
 
 void XmlSections::Balance::Take(Mark mark) noexcept {

@@ -271,6 +271,9 @@ TEST(XmlParser, HostileDocumentsEnd) {
          true, kMillion},
         {"self-closing elements that share a text",
          "<a>" + std::string(kMillion, 'x') + Repeated("<b/>x", 1000), true, 1001},
+        {"one opening and a long run", "<![CDATA[xa>" + std::string(48 * kMillion, 'x'), true, 1},
+        {"NUL bytes behind openings and an end",
+         Repeated("<![CDATA[xa>", 60000) + "<q]]>" + std::string(1, '\0'), true, 59999},
         {"instructions", Repeated("<?x>", kMillion), true, 0},
         {"brackets in a section", "<![CDATA[" + Repeated("]", kMillion) + "]]><a/>", true, 1},
     };
@@ -497,8 +500,16 @@ TEST(XmlParser, AllocationFailures) {
     Expect_Load_Survives(
         parser,
         [&] {
+            for (const auto& entry : fs::directory_iterator(scratch.Path()))
+                fs::remove(entry);
             Write_File(file, document);
-            return parser.Load_File(reference);
+            try {
+                return parser.Load_File(reference);
+            } catch (CMemoryException*) {
+                EXPECT_EQ(std::distance(fs::directory_iterator(scratch.Path()), {}), 1)
+                    << "nothing stays but the document";
+                throw;
+            }
         },
         "r||2 a|" + long_text + "|0 b|FILE{in <![CDATA[]]>}|0");
 
