@@ -11,8 +11,9 @@ namespace rv {
 // Reads `file`, which outlives it. Passes on what the files throw.
 //
 // A body is written while its end is searched, as its bytes leave the block, so the document is
-// read once. Should the section turn out to have no end, the file goes again, and so does whatever
-// failed about it; only a body that is one is written in earnest.
+// read once. Should the section turn out to have no end, the file goes again, and what failed about
+// it is forgotten, but for reports that the memory for a name was exhausted; only a body that is
+// one is written in earnest.
 class XmlFileSource : public XmlSource {
 public:
     explicit XmlFileSource(CFile& file);

@@ -21,6 +21,12 @@ class XmlTempFile;
 // line breaks outside a CDATA section are dropped. A document that simply stops is accepted as it
 // stands.
 //
+// A section ends where its nested sections leave its depth at 0; the depth is 16 bits wide, and
+// where it wraps the section ends at the next closing marker. A NUL byte hides the markers behind
+// it: in memory all of them, in a file those up to the next multiple of 1,048,476 bytes from where
+// their search began. A section without an end is a tag that begins behind its marker and one byte
+// more.
+//
 //     RVXmlParser parser;
 //     if (parser.Load_Text(document))
 //         while (parser.Next(name, value, children)) ...
@@ -50,15 +56,18 @@ public:
     // element's value becomes a reference to that file; whoever uses such a reference up with
     // Load_File or pBase64_Decode_File deletes the file with it, nobody else does. Memory stays at
     // one block beside the items, whatever the file's length.
-    // True: as for Load_Text, and the file is gone. False: refused as above, or code 25 was
-    // reported for a file that cannot be opened, is cut short while it is read, or for a temporary
-    // file that cannot be made; the file stays. A body that cannot be written whole throws
-    // CFileException*; the file stays, and nothing is left of the temporary one.
+    // Names of temporary files run ahead of the clock where several fall into one second.
+    // True: as for Load_Text, and the file is deleted, where the system allows it. False: refused
+    // as above, or code 25 was reported for a file that cannot be opened, is cut short while it is
+    // read, or for a temporary file that cannot be made; the file stays. A body that cannot be
+    // written whole throws CFileException*; the file stays, and nothing is left of the temporary
+    // one.
     [[nodiscard]] bool Load_File(const RVString& reference);
 
     // Hands out the item at the cursor and moves on. False: there is none, the outputs are as they
     // were. An element that was still open at the end of the input has an empty value and leaves
-    // `child_count` alone.
+    // `child_count` alone. Where there is no memory for an output, the cursor stays, and the
+    // outputs may hold part of the item.
     bool Next(RVString& name, RVString& value, ULONG& child_count);
 
     // Puts the cursor on the first item.
@@ -89,8 +98,12 @@ private:
 //   `*spill_file`; it gets what `text` holds (which keeps it) and then the Base64 text. It is left
 //   open and belongs to the caller, who closes it and deletes the object.
 // - `spill_file` null: reports code 23 and goes on with the string.
-// A caller that passes an open file in `*spill_file` gets the text there.
-// Throws what the files throw, CMemoryException* when the string cannot grow. Any thread.
+// A caller that passes an open file in `*spill_file` gets the text there from the first block on,
+// unless that memory cannot be had, which is so for every source of 512 MiB or more: then
+// `*spill_file` is replaced, and the caller must hold the file otherwise to close it. Blocks are of
+// up to 24 KiB; where each goes is decided anew. Reports code 25 where the source's length cannot
+// be had, and goes on. Throws what the files throw, CMemoryException* when the string cannot grow.
+// Any thread.
 RVUTILS_API void pBase64_Encode_File(CFile& source, RVString& text, CFile** spill_file);
 
 // Decodes Base64 text and writes the bytes to `target` at its current position; it stays open.
