@@ -236,8 +236,8 @@ void Decode_Text(CFile& target, const RVString& input) {
     decoder.Flush();
 }
 
-// The file is read in chunks of up to `kChunk` bytes, each of which ends the one before at
-// `kStride`: the text that the caller's string is left with shows it.
+// The file is read in chunks of up to `kChunk` bytes, each of which begins `kStride` behind the one
+// before: the text that the caller's string is left with shows it.
 constexpr UINT kChunk = 1'048'576;
 constexpr UINT kStride = 1'048'567;
 
