@@ -27,7 +27,7 @@ std::vector<rv_test::LiteralItem> Items_On_Disk(RVXmlParser& parser, std::string
     auto items = rv_test::Walk(parser);
     for (const auto& entry :
          std::filesystem::directory_iterator(std::filesystem::temp_directory_path()))
-        if (entry.path().extension() == ".tmp") std::filesystem::remove(entry);
+        if (entry.path().filename().string().starts_with("ZORTmp_")) std::filesystem::remove(entry);
     return items;
 }
 
