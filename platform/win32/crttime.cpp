@@ -1,10 +1,15 @@
 #include "crttime.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
 
 namespace {
 
 constexpr __time64_t kLastSecond = 32535215999;  // 31 December 3000 23:59:59 UTC
+constexpr std::time_t kSecondsInDay = 86400;
 
 errno_t Refuse(std::tm* local) noexcept {
     if (local) {
@@ -14,6 +19,82 @@ errno_t Refuse(std::tm* local) noexcept {
     }
     errno = EINVAL;
     return EINVAL;
+}
+
+// The zone as it is around today.
+struct Zone {
+    std::time_t standard;  // seconds from UTC, positive to the east
+    bool named_by_winter;  // its law calls winter the exception, and summer the standard time
+};
+
+Zone Read_Zone(std::time_t now) noexcept {
+    std::tm today;
+    if (!localtime_r(&now, &today)) return {};
+    // The other half of the year, be it as short as a month, lies behind or before today.
+    for (std::time_t days = 10; days < 366; days += 10) {
+        const std::time_t instant = now + days * kSecondsInDay;
+        std::tm other;
+        if (!localtime_r(&instant, &other) || other.tm_isdst == today.tm_isdst) continue;
+        const bool ahead_today = today.tm_gmtoff > other.tm_gmtoff;
+        return {std::min(today.tm_gmtoff, other.tm_gmtoff), ahead_today != (today.tm_isdst > 0)};
+    }
+    return {today.tm_gmtoff, false};
+}
+
+// Reading a zone takes dozens of conversions, so a thread keeps what it read for the day.
+class ZoneOfToday {
+public:
+    const Zone& Get() noexcept {
+        const std::time_t now = std::time(nullptr);
+        const char* const name = std::getenv("TZ");
+        if (now / kSecondsInDay != m_Day || !Has_Name(name)) {
+            m_Zone = Read_Zone(now);
+            m_Day = now / kSecondsInDay;
+            Set_Name(name);
+        }
+        return m_Zone;
+    }
+
+private:
+    bool Has_Name(const char* name) const noexcept {
+        return m_Named == (name != nullptr) && (!name || std::strcmp(m_Name, name) == 0);
+    }
+    // A name without room here is read anew at each call.
+    void Set_Name(const char* name) noexcept {
+        m_Named = name != nullptr;
+        if (name && std::strlen(name) < sizeof m_Name) {
+            std::strcpy(m_Name, name);
+        } else {
+            m_Name[0] = '\0';
+            if (name) m_Day = -1;
+        }
+    }
+
+    std::time_t m_Day = -1;
+    bool m_Named = false;
+    char m_Name[64] = "";
+    Zone m_Zone = {};
+};
+
+const Zone& Zone_Of_Today() noexcept {
+    static thread_local ZoneOfToday zone;
+    return zone.Get();
+}
+
+// Seconds from UTC of the local clock at an instant. After tzset.
+std::time_t Offset_At(std::time_t instant) noexcept {
+    std::tm local;
+    return localtime_r(&instant, &local) ? local.tm_gmtoff : 0;
+}
+
+// The fields as if they were UTC.
+std::time_t Seconds_On_Clock(const std::tm& clock) noexcept {
+    using namespace std::chrono;
+    const sys_days day = year(clock.tm_year + 1900) /
+                         month(static_cast<unsigned>(clock.tm_mon + 1)) /
+                         std::chrono::day(static_cast<unsigned>(clock.tm_mday));
+    return day.time_since_epoch().count() * kSecondsInDay + clock.tm_hour * 3600 +
+           clock.tm_min * 60 + clock.tm_sec;
 }
 
 }  // namespace
@@ -29,5 +110,35 @@ errno_t _localtime64_s(std::tm* local, const __time64_t* seconds) noexcept {
     const std::time_t instant = *seconds;
     // localtime_r alone goes on with the zone that it found first.
     tzset();
-    return localtime_r(&instant, local) ? 0 : Refuse(local);
+    if (!localtime_r(&instant, local)) return Refuse(local);
+    const Zone& zone = Zone_Of_Today();
+    if (zone.named_by_winter) local->tm_isdst = local->tm_gmtoff > zone.standard;
+    return 0;
+}
+
+errno_t _localtime32_s(std::tm* local, const __time32_t* seconds) noexcept {
+    if (!seconds) return Refuse(local);
+    const __time64_t wide = *seconds;
+    return _localtime64_s(local, &wide);
+}
+
+__time64_t _mktime64(std::tm* local) noexcept {
+    tzset();
+    const std::time_t clock = Seconds_On_Clock(*local);
+    // No zone is further from UTC than a day, so these two are the offsets that it can be.
+    const std::time_t before = Offset_At(clock - kSecondsInDay);
+    const std::time_t after = Offset_At(clock + kSecondsInDay);
+    const std::time_t least = std::min(before, after);
+    std::time_t instant = clock - least;
+    if (before != after && Offset_At(instant) != least) instant = clock - std::max(before, after);
+    if (instant >= 0 && instant <= kLastSecond) return instant;
+    errno = EINVAL;
+    return -1;
+}
+
+errno_t _get_timezone(LONG* seconds) noexcept {
+    if (!seconds) return EINVAL;
+    tzset();
+    *seconds = static_cast<LONG>(-Zone_Of_Today().standard);
+    return 0;
 }

@@ -2,6 +2,7 @@
 #include <RVUtils/winapi.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <ctime>
 #include <string>
 
@@ -40,6 +41,56 @@ TEST(LocalTime, FollowsTheZoneOfTheProcess) {
     for (const auto& row : kRows) {
         rv_test::Set_Time_Zone(row.zone);
         EXPECT_EQ(Local_Text(row.seconds), row.expected) << row.why;
+    }
+}
+
+// Seconds of a local time "2021-03-14 02:30:00".
+__time64_t Seconds_Of(const char* text) {
+    std::tm local = {};
+    local.tm_isdst = -1;
+    EXPECT_EQ(std::sscanf(text, "%d-%d-%d %d:%d:%d", &local.tm_year, &local.tm_mon, &local.tm_mday,
+                          &local.tm_hour, &local.tm_min, &local.tm_sec),
+              6);
+    local.tm_year -= 1900;
+    local.tm_mon -= 1;
+    return _mktime64(&local);
+}
+
+TEST(LocalTime, GoesBackToSeconds) {
+    constexpr struct {
+        const char* why;
+        const char* zone;
+        const char* local;
+        __time64_t expected;
+    } kRows[] = {
+        {"first second", "UTC0", "1970-01-01 00:00:00", 0},
+        {"before it, on an earlier day", "EST5EDT", "1969-12-31 19:00:00", 0},
+        {"winter", "EST5EDT", "2021-01-01 12:00:00", 1609520400},
+        {"summer", "EST5EDT", "2021-07-01 12:00:00", 1625155200},
+        {"last second before summer", "EST5EDT", "2021-03-14 01:59:59", 1615705199},
+        {"skipped hour, as in summer", "EST5EDT", "2021-03-14 02:30:00", 1615703400},
+        {"doubled hour, as in winter", "EST5EDT", "2021-11-07 01:30:00", 1636266600},
+        {"beyond 32 bits", "IST-5:30", "2050-06-01 12:00:00", 2537677800},
+        {"last second of all", "UTC0", "3000-12-31 23:59:59", 32535215999},
+        {"too early in the east", "XYZ-14", "1970-01-01 00:00:00", -1},
+        {"year 9999", "UTC0", "9999-12-31 23:59:59", -1},
+    };
+    for (const auto& row : kRows) {
+        rv_test::Set_Time_Zone(row.zone);
+        EXPECT_EQ(Seconds_Of(row.local), row.expected) << row.why;
+    }
+}
+
+TEST(LocalTime, StandardTimeOfTheZone) {
+    constexpr struct {
+        const char* zone;
+        LONG expected;  // positive to the west
+    } kRows[] = {{"UTC0", 0}, {"EST5EDT", 18000}, {"CET-1CEST", -3600}, {"IST-5:30", -19800}};
+    for (const auto& row : kRows) {
+        rv_test::Set_Time_Zone(row.zone);
+        LONG seconds = 1;
+        EXPECT_EQ(_get_timezone(&seconds), 0);
+        EXPECT_EQ(seconds, row.expected) << row.zone;
     }
 }
 
