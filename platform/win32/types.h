@@ -40,4 +40,5 @@ using HANDLE = void*;
 #define MAX_PATH 260
 
 inline constexpr HRESULT S_OK = 0;
+inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);

@@ -1,0 +1,9 @@
+#include "CAtlException.h"
+
+namespace ATL {
+
+void AtlThrow(HRESULT status) {
+    throw CAtlException(status);
+}
+
+}  // namespace ATL
