@@ -458,15 +458,20 @@ public:
     virtual ~Loads() = default;
     double Again() {
         const double seconds = Load();
-        m_Shortest = m_Shortest > 0 ? std::min(m_Shortest, seconds) : seconds;
+        const bool shorter = m_Shortest == 0 || seconds < 0.99 * m_Shortest;
+        m_Unchanged = shorter ? 0 : m_Unchanged + 1;
+        m_Shortest = m_Shortest == 0 ? seconds : std::min(m_Shortest, seconds);
         return seconds;
     }
     double Shortest() const { return m_Shortest; }
+    // Whether the last loads found nothing shorter.
+    bool Is_Settled() const { return m_Unchanged >= 5; }
 
 private:
     virtual double Load() = 0;
 
     double m_Shortest = 0;
+    int m_Unchanged = 0;
 };
 
 class TextLoads : public Loads {
@@ -511,9 +516,12 @@ using Make_Size = Document (*)(std::size_t size);
 
 // The factor between the times of two loads that are taken in turn.
 double Factor(Loads& once, Loads& twice) {
+    constexpr double kEnough = 60;  // seconds
     double spent = 0;
-    for (int round = 0; round < 5 || (spent < 2 && round < 500); ++round)
+    for (int round = 0; round < 500 && spent < kEnough; ++round) {
+        if (spent > 2 && once.Is_Settled() && twice.Is_Settled()) break;
         spent += once.Again() + twice.Again();
+    }
     return twice.Shortest() / once.Shortest();
 }
 
