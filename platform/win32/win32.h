@@ -6,6 +6,7 @@
 #include "error.h"
 #include "file.h"
 #include "handle.h"
+#include "locale.h"
 #include "module.h"
 #include "oledate.h"
 #include "path.h"

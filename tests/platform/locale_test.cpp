@@ -1,0 +1,171 @@
+// Dates and times as texts, in the forms that month-first locales share.
+#include <RVUtils/winapi.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "environment.h"
+
+namespace {
+
+using Form = std::array<int, 6>;  // year to second
+constexpr Form kRefused = {};
+
+// What a text reads as.
+Form Read(std::wstring text, ULONG flags) {
+    DATE number = 1e9;
+    const HRESULT status = VarDateFromStr(text.data(), LOCALE_USER_DEFAULT, flags, &number);
+#if !defined(_WIN32)  // Wine 8 writes 0 when it refuses
+    EXPECT_EQ(number == 1e9, status < 0);
+#endif
+    EXPECT_TRUE(status >= 0 || status == DISP_E_TYPEMISMATCH) << status;
+    SYSTEMTIME form = {};
+    if (status < 0 || !VariantTimeToSystemTime(number, &form)) return kRefused;
+    return {form.wYear, form.wMonth, form.wDay, form.wHour, form.wMinute, form.wSecond};
+}
+
+std::wstring Widen(const char* text) {
+    wchar_t wide[128];
+    const int count = MultiByteToWideChar(CP_THREAD_ACP, 0, text, -1, wide, 128);
+    return {wide, static_cast<std::size_t>(count > 0 ? count - 1 : 0)};
+}
+
+class Locale : public testing::Test {
+private:
+    // On Windows it is the user's, an American one under Wine.
+    rv_test::Environment m_Environment{"LC_ALL", "C"};
+};
+
+TEST_F(Locale, ReadsDatesAndTimes) {
+    constexpr Form kDate = {2003, 2, 1}, kMoment = {2003, 2, 1, 4, 5, 6};
+    constexpr struct {
+        const wchar_t* text;
+        ULONG flags;
+        Form form;
+    } kRows[] = {
+        {L"02/01/2003 04:05:06", 0, kMoment},
+        {L"4:05:06 2/1/2003", 0, kMoment},
+        {L" 2-1-2003,\t04:05:06  ", 0, kMoment},
+        {L"2/1/2003", 0, kDate},
+        {L"2003-02-01", 0, kDate},
+        {L"Feb 1, 2003", 0, kDate},
+        {L"1 february 2003", 0, kDate},
+        {L"SATURDAY, February 1, 2003", 0, kDate},
+        {L"Sun 2/1/2003", 0, kDate},  // whichever day it was
+        {L"2/1/03", 0, kDate},
+        {L"12/31/29", 0, {2029, 12, 31}},
+        {L"1/1/99", 0, {1999, 1, 1}},
+        {L"2/1/0850", 0, {850, 2, 1}},
+        {L"2/29/2000", 0, {2000, 2, 29}},
+        {L"10:20", 0, {1899, 12, 30, 10, 20}},
+        {L"3 PM", 0, {1899, 12, 30, 15}},
+        {L"13:00 PM", 0, {1899, 12, 30, 13}},
+        {L"12:30:59 am", 0, {1899, 12, 30, 0, 30, 59}},
+        {L"12:30PM 2/1/2003", 0, {2003, 2, 1, 12, 30}},
+        {L"12/28/1899 06:00:00", 0, {1899, 12, 28, 6}},
+        {L"02/01/2003 04:05:06", VAR_DATEVALUEONLY, kDate},
+        {L"02/01/2003 04:05:06", VAR_TIMEVALUEONLY, {1899, 12, 30, 4, 5, 6}},
+        {L"12/28/1899 06:00:00", VAR_DATEVALUEONLY, {1899, 12, 28}},
+        {L"12/28/1899 06:00:00", VAR_TIMEVALUEONLY, {1899, 12, 30, 6}},
+#if !defined(_WIN32)  // Wine 8 takes the half that is missing as midnight or day 0
+        {L"2/1/2003", VAR_TIMEVALUEONLY, kRefused},
+        {L"10:20", VAR_DATEVALUEONLY, kRefused},
+#endif
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(Read(row.text, row.flags), row.form) << row.text << " flags " << row.flags;
+}
+
+TEST_F(Locale, RefusesWhatIsNone) {
+    // clang-format off
+    std::vector<std::wstring> texts = {
+        L"", L"   ", L"12", L"junk", L"Feb", L"Saturday", L"PM", L"20030201", L"2/1/2003 junk",
+        L"2/31/2003", L"2/29/2001", L"31 Feb 2003", L"25:00", L"24:00", L"10:60", L"10:20:60",
+        L"10:20:", L"10:20:30.5", L"10:", L":10", L"/2/1/2003", L"2/1/2003/", L"2//1//2003",
+        L"2/1/2003 2/1/2003", L"10:20 10:20", L"Feb 1 2003 Feb", L"10:20 AM PM", L"-2/1/2003",
+        L"2/1/2003 25:00", L"\x20AC"};
+    // clang-format on
+#if !defined(_WIN32)  // Wine 8 reads 2003 modulo 65536, this year and 1999 from the others
+    texts.insert(texts.end(), {L"2/1/67539", L"1/1/0099", std::wstring(10000, L' ') + L"2/1",
+                               std::wstring(10000, L'a')});
+#endif
+    for (const std::wstring& text : texts)
+        for (ULONG flags = 0; flags < 3; ++flags)
+            EXPECT_EQ(Read(text, flags), kRefused) << text;
+    DATE number = 7;
+    EXPECT_EQ(VarDateFromStr(nullptr, LOCALE_USER_DEFAULT, 0, &number), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(number, 7);
+}
+
+// 20 September 1850 comes back as that, whether the locale gives its years two digits or four.
+TEST_F(Locale, EveryTextReadsBack) {
+    for (DATE number = -657434; number < 2958466; number += 97) {
+        SYSTEMTIME date = {};
+        ASSERT_EQ(VariantTimeToSystemTime(number, &date), 1);
+        const Form expected = {date.wYear, date.wMonth, date.wDay};
+        date.wDayOfWeek = 9;  // not looked at
+        char text[64] = "";
+        const int length =
+            GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &date, nullptr, text, sizeof text);
+        // The system has texts from 1601 on.
+        if (date.wYear > 1600) {
+            ASSERT_EQ(length, static_cast<int>(std::string(text).size() + 1)) << number;
+            ASSERT_EQ(Read(Widen(text), 0), expected) << text;
+        }
+        BSTR plain = nullptr;
+        ASSERT_EQ(VarBstrFromDate(number, LOCALE_USER_DEFAULT,
+                                  LOCALE_NOUSEROVERRIDE | VAR_DATEVALUEONLY, &plain),
+                  S_OK);
+        ASSERT_EQ(Read(plain, VAR_DATEVALUEONLY), expected) << plain;
+        SysFreeString(plain);
+    }
+    for (int seconds = 0; seconds < 86400; seconds += 61) {
+        const auto word = [](int part) { return static_cast<WORD>(part); };
+        const SYSTEMTIME time = {
+            2003, 2, 0, 1, word(seconds / 3600), word(seconds / 60 % 60), word(seconds % 60), 0};
+        char text[64] = "";
+        ASSERT_GT(GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &time, nullptr, text, sizeof text), 0);
+        const Form expected = {1899, 12, 30, time.wHour, time.wMinute, time.wSecond};
+        ASSERT_EQ(Read(Widen(text), VAR_TIMEVALUEONLY), expected) << text;
+    }
+}
+
+TEST_F(Locale, RefusesToFormat) {
+    const SYSTEMTIME good = {2003, 2, 0, 1, 4, 5, 6, 0};
+    SYSTEMTIME bad_date = good, bad_time = good;
+    bad_date.wDay = 31;
+    bad_time.wHour = 24;
+    char text[64] = "#";
+    const auto date = [&text](LCID locale, const SYSTEMTIME& moment, char* buffer, int room) {
+        SetLastError(ERROR_SUCCESS);
+        const int length = GetDateFormatA(locale, DATE_SHORTDATE, &moment, nullptr, buffer, room);
+        EXPECT_EQ(length == 0, GetLastError() != ERROR_SUCCESS);
+        return length == 0 ? GetLastError() : ERROR_SUCCESS;
+    };
+    const auto time = [&text](LCID locale, const SYSTEMTIME& moment, char* buffer, int room) {
+        SetLastError(ERROR_SUCCESS);
+        const int length = GetTimeFormatA(locale, 0, &moment, nullptr, buffer, room);
+        return length == 0 ? GetLastError() : ERROR_SUCCESS;
+    };
+    EXPECT_EQ(date(0x7777, good, text, 64), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(date(LOCALE_USER_DEFAULT, bad_date, text, 64), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, nullptr, 64), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, text, -1), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(time(0x7777, good, text, 64), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(time(LOCALE_USER_DEFAULT, bad_time, text, 64), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_STREQ(text, "#");
+    EXPECT_EQ(date(LOCALE_USER_DEFAULT, bad_time, text, 64), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(time(LOCALE_USER_DEFAULT, bad_date, text, 64), DWORD{ERROR_SUCCESS});
+    const int needed =
+        GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &good, nullptr, nullptr, 0);
+    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, text, needed), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, text, needed - 1), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    BSTR none = nullptr;
+    for (const DATE number : {-657435.0, 2958466.0, 1e300})
+        EXPECT_LT(VarBstrFromDate(number, LOCALE_USER_DEFAULT, VAR_DATEVALUEONLY, &none), 0);
+    EXPECT_EQ(none, nullptr);
+}
+
+}  // namespace
