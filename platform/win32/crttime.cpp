@@ -21,22 +21,22 @@ errno_t Refuse(std::tm* local) noexcept {
     return EINVAL;
 }
 
-// The zone as it is around today.
+// The zone as it is around today. Offsets are seconds from UTC, positive to the east.
 struct Zone {
-    std::time_t standard;  // seconds from UTC, positive to the east
+    std::time_t standard;
     bool named_by_winter;  // its law calls winter the exception, and summer the standard time
 };
 
 Zone Read_Zone(std::time_t now) noexcept {
     std::tm today;
     if (!localtime_r(&now, &today)) return {};
-    // The other half of the year, be it as short as a month, lies behind or before today.
+    // The other part of the year, be it as short as a month.
     for (std::time_t days = 10; days < 366; days += 10) {
         const std::time_t instant = now + days * kSecondsInDay;
         std::tm other;
         if (!localtime_r(&instant, &other) || other.tm_isdst == today.tm_isdst) continue;
-        const bool ahead_today = today.tm_gmtoff > other.tm_gmtoff;
-        return {std::min(today.tm_gmtoff, other.tm_gmtoff), ahead_today != (today.tm_isdst > 0)};
+        const bool ahead = today.tm_gmtoff > other.tm_gmtoff;
+        return {std::min(today.tm_gmtoff, other.tm_gmtoff), ahead != (today.tm_isdst > 0)};
     }
     return {today.tm_gmtoff, false};
 }
@@ -81,10 +81,34 @@ const Zone& Zone_Of_Today() noexcept {
     return zone.Get();
 }
 
-// Seconds from UTC of the local clock at an instant. After tzset.
 std::time_t Offset_At(std::time_t instant) noexcept {
     std::tm local;
     return localtime_r(&instant, &local) ? local.tm_gmtoff : 0;
+}
+
+// Whether `clock`, counted as if it were UTC, is surely shown at the given offset. A look at where
+// it would be in standard time tells for nearly all: it is there, or an hour ahead of it.
+bool Has_Plain_Offset(std::time_t clock, std::time_t& offset) noexcept {
+    const std::time_t standard = -timezone;  // a guess: the system has several minds about it
+    const std::time_t instant = clock - standard;
+    std::tm local;
+    if (!localtime_r(&instant, &local)) return false;
+    offset = local.tm_gmtoff;
+    const std::time_t ahead = offset - standard;
+    return local.tm_isdst > 0 ? ahead > 0 && ahead <= 3600 : ahead == 0;
+}
+
+// The instant at which the clock shows `clock`.
+std::time_t Instant_Of(std::time_t clock) noexcept {
+    std::time_t offset;
+    if (Has_Plain_Offset(clock, offset)) return clock - offset;
+    // No zone is further from UTC than a day, so these two are the offsets that it can be.
+    const std::time_t before = Offset_At(clock - kSecondsInDay);
+    const std::time_t after = Offset_At(clock + kSecondsInDay);
+    const std::time_t instant = clock - std::min(before, after);
+    return before == after || clock - Offset_At(instant) == instant
+               ? instant
+               : clock - std::max(before, after);
 }
 
 // The fields as if they were UTC.
@@ -110,27 +134,21 @@ errno_t _localtime64_s(std::tm* local, const __time64_t* seconds) noexcept {
     const std::time_t instant = *seconds;
     // localtime_r alone goes on with the zone that it found first.
     tzset();
-    if (!localtime_r(&instant, local)) return Refuse(local);
-    const Zone& zone = Zone_Of_Today();
-    if (zone.named_by_winter) local->tm_isdst = local->tm_gmtoff > zone.standard;
-    return 0;
+    return localtime_r(&instant, local) ? 0 : Refuse(local);
 }
 
 errno_t _localtime32_s(std::tm* local, const __time32_t* seconds) noexcept {
     if (!seconds) return Refuse(local);
     const __time64_t wide = *seconds;
-    return _localtime64_s(local, &wide);
+    if (const errno_t error = _localtime64_s(local, &wide); error != 0) return error;
+    const Zone& zone = Zone_Of_Today();
+    if (zone.named_by_winter) local->tm_isdst = local->tm_gmtoff > zone.standard;
+    return 0;
 }
 
 __time64_t _mktime64(std::tm* local) noexcept {
     tzset();
-    const std::time_t clock = Seconds_On_Clock(*local);
-    // No zone is further from UTC than a day, so these two are the offsets that it can be.
-    const std::time_t before = Offset_At(clock - kSecondsInDay);
-    const std::time_t after = Offset_At(clock + kSecondsInDay);
-    const std::time_t least = std::min(before, after);
-    std::time_t instant = clock - least;
-    if (before != after && Offset_At(instant) != least) instant = clock - std::max(before, after);
+    const std::time_t instant = Instant_Of(Seconds_On_Clock(*local));
     if (instant >= 0 && instant <= kLastSecond) return instant;
     errno = EINVAL;
     return -1;

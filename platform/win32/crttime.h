@@ -3,9 +3,6 @@
 // The zone is that of the process: the environment variable TZ, read anew at every call, else the
 // system's own. A name that the system does not know counts as UTC. Any thread, as long as none
 // changes the environment meanwhile.
-//
-// The daylight flag, tm_isdst, is set while the local clock is ahead of the zone's standard time.
-// So it is in winter that Dublin has standard time, whichever half of the year its law calls so.
 #pragma once
 
 #include <cstdint>
@@ -27,14 +24,16 @@ RVPLATFORM_API __time64_t _time64(__time64_t* seconds) noexcept;
 // then -1.
 [[nodiscard]] RVPLATFORM_API errno_t _localtime64_s(std::tm* local,
                                                     const __time64_t* seconds) noexcept;
-// The same for seconds of 32 bits.
+// The same for seconds of 32 bits. The daylight flag, tm_isdst, is set while the local clock is
+// ahead of what _get_timezone tells, whichever half of the year the zone's law calls standard time;
+// above it is as that law has it.
 [[nodiscard]] RVPLATFORM_API errno_t _localtime32_s(std::tm* local,
                                                     const __time32_t* seconds) noexcept;
 
 // Seconds since 1 January 1970 UTC of a local time, whose fields up to the year are a moment of the
-// calendar; the others are not looked at. An hour that comes twice is taken as standard time, one
-// that is skipped as daylight saving time. -1, with EINVAL in errno, for what it cannot express: a
-// moment before 1970 UTC or beyond the year 3000.
+// calendar; the others are not looked at. An hour that comes twice is taken as what the zone's law
+// calls standard time, one that is skipped as daylight saving time. -1, with EINVAL in errno, for
+// what it cannot express: a moment before 1970 UTC or beyond the year 3000.
 [[nodiscard]] RVPLATFORM_API __time64_t _mktime64(std::tm* local) noexcept;
 
 // Writes the seconds to add to the zone's standard time of today to reach UTC: positive west of
