@@ -1,6 +1,7 @@
 #include "oledate.h"
 
 #include <cmath>
+#include <cstdint>
 
 namespace {
 
@@ -61,21 +62,24 @@ bool Split(DATE number, Moment& moment) {
     return moment.day <= static_cast<int>(kLastDay);
 }
 
+// Fixed-point arithmetic takes the days apart: each quotient and its remainder come from one
+// product (Neri and Schneider, Euclidean affine functions and their application to calendar
+// algorithms).
 void Fill_Date(int day_number, SYSTEMTIME& form) {
     const unsigned days = static_cast<unsigned>(day_number + static_cast<int>(kDaysBeforeDayZero));
-    const unsigned era = days / kDaysIn400Years;
-    const unsigned day_of_era = days % kDaysIn400Years;
-    // The leap days behind are taken out before days become years: one in 1460 days, but for the
-    // ends of the centuries, and again for the end of the era.
-    const unsigned year_of_era =
-        (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
-    const unsigned day_of_year =
-        day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
-    const unsigned month_from_march = (5 * day_of_year + 2) / 153;
-    const unsigned month = month_from_march < 10 ? month_from_march + 3 : month_from_march - 9;
-    form.wYear = static_cast<WORD>(era * 400 + year_of_era + (month <= 2));
-    form.wMonth = static_cast<WORD>(month);
-    form.wDay = static_cast<WORD>(day_of_year - (153 * month_from_march + 2) / 5 + 1);
+    const unsigned quarter_days = 4 * days + 3;
+    const unsigned century = quarter_days / kDaysIn400Years;
+    const unsigned day_of_century = quarter_days % kDaysIn400Years / 4;
+
+    const std::uint64_t years = std::uint64_t{2939745} * (4 * day_of_century + 3);
+    const unsigned year_of_century = static_cast<unsigned>(years >> 32);
+    const unsigned day_of_year = static_cast<unsigned>(years) / 2939745 / 4;
+
+    const unsigned months = 2141 * day_of_year + 197913;
+    const bool is_january_or_february = day_of_year >= 306;
+    form.wYear = static_cast<WORD>(100 * century + year_of_century + is_january_or_february);
+    form.wMonth = static_cast<WORD>((months >> 16) - (is_january_or_february ? 12 : 0));
+    form.wDay = static_cast<WORD>((months & 0xFFFF) / 2141 + 1);
     form.wDayOfWeek = static_cast<WORD>((days + 3) % 7);
 }
 
