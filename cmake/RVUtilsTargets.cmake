@@ -13,9 +13,12 @@ function(rvutils_add_library name)
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_link_libraries(${name} PRIVATE rvutils_warnings)
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${RVUTILS_INCLUDE_DIR}>)
-  # One file name on every platform: RVUtils.dll, not libRVUtils.dll.
   if(WIN32)
+    # One file name on every platform: RVUtils.dll, not libRVUtils.dll.
     set_target_properties(${name} PROPERTIES PREFIX "")
+  else()
+    # A call inside the library is a call, as on Windows: nothing takes the place of its names.
+    target_compile_options(${name} PRIVATE -fno-semantic-interposition)
   endif()
 endfunction()
 
