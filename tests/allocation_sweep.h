@@ -1,4 +1,5 @@
-// Walks every path behind an exhausted heap: the first allocation fails, then the second, and so on.
+// Walks every path behind an exhausted heap: the first allocation fails, then the second, and so
+// on.
 #pragma once
 
 #include <RVUtils/Allocation.h>
@@ -13,7 +14,7 @@ class FailingAllocation {
 public:
     enum class Mode { kOnce, kFromThereOn };
 
-    explicit FailingAllocation(long number, Mode mode = Mode::kOnce) {
+    explicit FailingAllocation(int number, Mode mode = Mode::kOnce) {
         s_Countdown = number;
         s_Mode = mode;
         s_Failed = false;
@@ -28,13 +29,13 @@ public:
 
 private:
     static BOOL Permit(std::size_t, BOOL, LONG) {
-        const long number = s_Countdown--;
+        const int number = s_Countdown--;
         const bool fails = number == 0 || (number < 0 && s_Mode == Mode::kFromThereOn);
         if (fails) s_Failed = true;
         return !fails;
     }
 
-    static inline std::atomic<long> s_Countdown = 0;
+    static inline std::atomic<int> s_Countdown = 0;
     static inline std::atomic<bool> s_Failed = false;
     static inline Mode s_Mode = Mode::kOnce;
     AFX_ALLOC_HOOK m_Before;
@@ -43,9 +44,9 @@ private:
 // Calls `operation` with the first allocation failing, then the second, until it runs through
 // without a failure, and gives the number of failures that it went through.
 template <class Operation>
-long Sweep_Allocations(Operation operation,
-                       FailingAllocation::Mode mode = FailingAllocation::Mode::kOnce) {
-    for (long number = 0;; ++number) {
+int Sweep_Allocations(Operation operation,
+                      FailingAllocation::Mode mode = FailingAllocation::Mode::kOnce) {
+    for (int number = 0;; ++number) {
         FailingAllocation failing(number, mode);
         operation();
         if (!FailingAllocation::Failed()) return number;

@@ -13,10 +13,8 @@ inline constexpr std::string_view kLiteralAlphabet =
 
 // The place in the alphabet, -1 for a character outside of it.
 inline int Literal_Index(char character) {
-    if (character >= 'A' && character <= 'Z') return character - 'A';
-    if (character >= 'a' && character <= 'z') return character - 'a' + 26;
-    if (character >= '0' && character <= '9') return character - '0' + 52;
-    return character == '+' ? 62 : character == '/' ? 63 : -1;
+    const std::size_t place = kLiteralAlphabet.find(character);
+    return place < kLiteralAlphabet.size() ? static_cast<int>(place) : -1;
 }
 
 // By bits: eight of each byte in a row, cut into sixes.
@@ -78,11 +76,8 @@ inline LiteralDecode Decode_Literally(std::string_view text, bool in_file) {
         bits = bits << 6 | static_cast<unsigned>(index);
         if (++count == 4) end_group(3);
     }
-    if (count > 0) {
-        const int bytes = count - 1;
-        bits <<= 6 * (4 - count);
-        end_group(bytes);
-    }
+    bits <<= 6 * (4 - count);
+    end_group(count - 1);
     return result;
 }
 

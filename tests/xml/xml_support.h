@@ -60,4 +60,20 @@ inline std::vector<LiteralItem> Walk(RVXmlParser& parser) {
     return items;
 }
 
+// A document of `count` elements with a body each that nobody else's document has.
+inline std::string Numbered_Bodies(int document, int count) {
+    std::string text;
+    for (int body = 0; body < count; ++body)
+        text += "<a><![CDATA[" + std::to_string(document * count + body) + "]]></a>";
+    return text;
+}
+
+// Whether a parser that has loaded that from a file still finds all of them.
+inline bool Holds_Numbered_Bodies(RVXmlParser& parser, int document, int count) {
+    int body = document * count;
+    for (const LiteralItem& item : Walk(parser))
+        if (item.value != LiteralReader::Filed(std::to_string(body++))) return false;
+    return body == (document + 1) * count;
+}
+
 }  // namespace rv_test
