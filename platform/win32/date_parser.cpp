@@ -423,20 +423,34 @@ private:
     bool Take_Hour_Mark() noexcept {
         if (m_Cursor.Take(":")) return true;
         const string_view mark = m_User.Mark(Field::kHour);
-        const bool has_mark = !mark.empty() && (!Is_Separator(mark.front()) || m_Marks_Are_Time ||
-                                                Is_Date_Complete());
-        if (has_mark && m_Cursor.Take(mark)) return true;
+        if (!mark.empty() &&
+            (!Is_Separator(mark.front()) || m_Marks_Are_Time || Is_Date_Complete()))
+            if (m_Cursor.Take(mark)) return true;
         const string_view place = m_Cursor.Place();
-        m_Cursor.Skip_Blanks();
-        m_Hour_Is_Full = Find_Half().length != 0;
+        m_Hour_Is_Full = Is_Before_Half();
         m_Cursor.Return(place);
         return m_Hour_Is_Full;
+    }
+
+    // The word may also belong to an hour behind it.
+    bool Is_Before_Half() noexcept {
+        m_Cursor.Skip_Blanks();
+        const std::size_t length = Find_Half().length;
+        m_Cursor.Move(length);
+        m_Cursor.Skip_Blanks();
+        Number hour;
+        const string_view mark = m_User.Mark(Field::kHour);
+        return length != 0 && !(m_Cursor.Take_Number(hour) &&
+                                (m_Cursor.Take(":") || (!mark.empty() && m_Cursor.Take(mark))));
     }
 
     bool Read_Time(int hour) noexcept {
         if (m_Reading.Has_Time()) return false;
         m_Reading.hour = hour;
-        if (m_Hour_Is_Full) return true;
+        return m_Hour_Is_Full || Read_Minutes();
+    }
+
+    bool Read_Minutes() noexcept {
         if (!Read_Part(m_Reading.minute)) return false;
         if (m_Cursor.Take(":")) return Read_Part(m_Reading.second) && Take_Second_Mark();
         string_view place = m_Cursor.Place();
@@ -574,8 +588,16 @@ bool Read(const UserLocale& user, string_view text, ULONG half, Reading& reading
 
 // False: it is too long, or has characters that the thread's encoding lacks.
 bool Narrow(const OLECHAR* text, char (&narrow)[kLongestText + 1], string_view& result) noexcept {
-    const std::size_t length = wcsnlen(text, kLongestText + 1);
-    if (length == 0 || length > kLongestText) return false;
+    std::size_t length = 0;
+    bool is_ascii = true;
+    for (; text[length] != L'\0'; ++length) {
+        if (length == kLongestText) return false;
+        const auto unit = static_cast<std::uint32_t>(text[length]);
+        is_ascii = is_ascii && unit < 0x80;
+        narrow[length] = static_cast<char>(unit);
+    }
+    result = {narrow, length};
+    if (is_ascii) return true;
     BOOL replaced = FALSE;
     const int count = WideCharToMultiByte(CP_THREAD_ACP, 0, text, static_cast<int>(length), narrow,
                                           sizeof narrow, nullptr, &replaced);

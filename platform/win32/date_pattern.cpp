@@ -40,16 +40,18 @@ bool Read_Numbers(locale_t locale, LocaleWords& words) noexcept {
 // them. Elsewhere, as in Chinese, the digits stand for themselves only when a year is written by
 // them.
 void Find_Digits(LocaleWords& words) noexcept {
-    words.by_places = true;
-    for (std::size_t digit = 1; digit < 10; ++digit) {
+    const auto half = [&words](std::size_t digit) {
         const string_view twice = words.numbers[11 * digit];
-        const string_view half = twice.substr(0, twice.size() / 2);
-        const bool is_pair = twice.substr(half.size()) == half;
-        words.digits[digit] = is_pair ? half : words.numbers[digit];
-        words.by_places = words.by_places && is_pair;
-    }
-    const string_view ten = words.numbers[10];
-    words.digits[0] = words.by_places ? ten.substr(words.digits[1].size()) : words.numbers[0];
+        return twice.substr(0, twice.size() / 2);
+    };
+    words.by_places = true;
+    for (std::size_t digit = 1; digit < 10; ++digit)
+        words.by_places = words.by_places && words.numbers[11 * digit].ends_with(half(digit));
+    std::copy_n(words.numbers.begin(), words.digits.size(), words.digits.begin());
+    if (!words.by_places) return;
+    words.digits[0] = words.numbers[10].substr(half(1).size());
+    for (std::size_t digit = 1; digit < 10; ++digit)
+        words.digits[digit] = half(digit);
 }
 
 class Compiler {

@@ -1,6 +1,8 @@
 // Text conversion through the C library's locales.
 #include "text.h"
 
+#include <langinfo.h>
+
 #include <climits>
 #include <cstring>
 #include <cwchar>
@@ -17,6 +19,12 @@ constexpr wchar_t kLoneBase = 0xDC00;
 // The converters of some systems let greater numbers through.
 constexpr wchar_t kLastCharacter = 0x10FFFF;
 
+// What every encoding of a locale has at its ASCII place: neither the letters that a few of them
+// put at control characters nor the two places that others give to national ones.
+constexpr bool Is_Plain(wchar_t character) noexcept {
+    return character >= L' ' && character <= L'}' && character != L'\\';
+}
+
 // Reads the characters of a narrow text one by one.
 class NarrowReader {
 public:
@@ -24,6 +32,12 @@ public:
 
     bool Next(wchar_t& character) noexcept {
         if (m_Left == 0) return false;
+        if (const auto byte = static_cast<unsigned char>(*m_At); Is_Plain(byte)) {
+            character = byte;
+            ++m_At;
+            --m_Left;
+            return true;
+        }
         std::size_t used = std::mbrtowc(&character, m_At, m_Left, &m_State);
         if (used > m_Left || character > kLastCharacter) {  // not valid, or cut off at the end
             m_State = {};
@@ -42,13 +56,23 @@ private:
     std::mbstate_t m_State = {};
 };
 
-// The bytes of one wide character.
+// The bytes of one wide character in the thread's encoding.
 class NarrowCharacter {
 public:
+    NarrowCharacter() noexcept : m_Is_Utf8(std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0) {}
+
     // False: the encoding lacks the character, and `replacement` stands for it.
     bool Set(wchar_t character, char replacement) noexcept {
+        if (Is_Plain(character)) {
+            Set_Byte(static_cast<char>(character));
+            return true;
+        }
         if (character >= kFirstLoneUnit && character <= kLastLoneUnit) {
             Set_Byte(static_cast<char>(character - kLoneBase));
+            return true;
+        }
+        if (m_Is_Utf8 && Is_Short(character)) {
+            Set_Utf8(static_cast<unsigned>(character));
             return true;
         }
         std::mbstate_t state = {};
@@ -67,6 +91,22 @@ private:
         m_Length = 1;
     }
 
+    // Of two or three bytes; most characters are, and the C library takes long for each.
+    static constexpr bool Is_Short(wchar_t character) noexcept {
+        return character >= 0x80 && character <= 0xFFFF && (character & 0xF800) != 0xD800;
+    }
+    void Set_Utf8(unsigned character) noexcept {
+        m_Length = 0;
+        if (character < 0x800) {
+            m_Bytes[m_Length++] = static_cast<char>(0xC0 | character >> 6);
+        } else {
+            m_Bytes[m_Length++] = static_cast<char>(0xE0 | character >> 12);
+            m_Bytes[m_Length++] = static_cast<char>(0x80 | (character >> 6 & 0x3F));
+        }
+        m_Bytes[m_Length++] = static_cast<char>(0x80 | (character & 0x3F));
+    }
+
+    bool m_Is_Utf8;
     char m_Bytes[MB_LEN_MAX];
     std::size_t m_Length = 0;
 };

@@ -155,11 +155,15 @@ void Find_Marks(UserLocale& user, const Pattern& pattern) noexcept {
     }
 }
 
+bool Is_Invariant(string_view name) noexcept {
+    return name == "C" || name == "POSIX" || name.starts_with("C.");
+}
+
 // False: there is no memory.
-bool Read_Locale(UserLocale& user, string_view name, const char* terminated_name) noexcept {
-    bool invariant = name == "C" || name == "POSIX" || name.starts_with("C.");
+bool Read_Locale(UserLocale& user, const char* name) noexcept {
+    bool invariant = Is_Invariant(name);
     if (!invariant) {
-        user.locale = newlocale(LC_TIME_MASK | LC_CTYPE_MASK, terminated_name, nullptr);
+        user.locale = newlocale(LC_TIME_MASK | LC_CTYPE_MASK, name, nullptr);
         if (!user.locale && errno == ENOMEM) return false;
         invariant = !user.locale;
     }
@@ -174,28 +178,42 @@ bool Read_Locale(UserLocale& user, string_view name, const char* terminated_name
 
 // ---- which locale it is -------------------------------------------------------------------------
 
-// What says which locale is the user's.
+// What says which locale is the user's. Both are terminated.
 struct Choice {
-    string_view name = {};
-    string_view path = {};
+    const char* name = "C";
+    const char* path = "";
 
-    bool operator==(const Choice&) const = default;
+    bool operator==(const Choice& other) const noexcept {
+        return std::strcmp(name, other.name) == 0 && std::strcmp(path, other.path) == 0;
+    }
 };
+
+// The value of a variable in an entry of the environment; null when it is that of another.
+template <std::size_t size>
+const char* Value_In(const char* entry, const char (&name)[size]) noexcept {
+    for (std::size_t i = 0; i + 1 < size; ++i)
+        if (entry[i] != name[i]) return nullptr;
+    return entry + size - 1;
+}
 
 // One walk instead of one a variable: it is all that finding the locale costs most of the time.
 Choice Read_Environment() noexcept {
-    constexpr string_view kNames[] = {"LC_ALL=", "LC_TIME=", "LANG=", "LOCPATH="};
-    const char* values[std::size(kNames)] = {};
+    const char *all = nullptr, *time = nullptr, *lang = nullptr, *path = nullptr;
+    const auto keep = [](const char*& kept, const char* value) {
+        if (!kept) kept = value;
+    };
     for (char** at = environ; at && *at; ++at) {
-        if (**at != 'L') continue;
-        for (std::size_t i = 0; i < std::size(kNames); ++i) {
-            const bool named = std::strncmp(*at, kNames[i].data(), kNames[i].size()) == 0;
-            if (named && !values[i]) values[i] = *at + kNames[i].size();
-        }
+        const char* const entry = *at;
+        if (entry[0] != 'L') continue;
+        keep(all, Value_In(entry, "LC_ALL="));
+        keep(time, Value_In(entry, "LC_TIME="));
+        keep(lang, Value_In(entry, "LANG="));
+        keep(path, Value_In(entry, "LOCPATH="));
     }
-    Choice choice = {"C", values[3] ? values[3] : ""};
-    for (std::size_t i = 3; i-- != 0;)
-        if (values[i] && *values[i] != '\0') choice.name = values[i];
+    Choice choice;
+    if (path) choice.path = path;
+    for (const char* const name : {lang, time, all})
+        if (name && *name != '\0') choice.name = name;
     return choice;
 }
 
@@ -204,12 +222,16 @@ class KeptLocale {
 public:
     // Null without memory. The caller is its owner.
     static KeptLocale* Make(const Choice& choice) noexcept {
-        const std::size_t key = choice.name.size() + 1 + choice.path.size();
-        void* const block = rv::Heap_Allocate(sizeof(KeptLocale) + key);
+        const std::size_t name_size = std::strlen(choice.name) + 1;
+        const std::size_t path_size = std::strlen(choice.path) + 1;
+        void* const block = rv::Heap_Allocate(sizeof(KeptLocale) + name_size + path_size);
         if (!block) return nullptr;
-        auto* const kept = new (block) KeptLocale();
-        kept->Set_Choice(choice, static_cast<char*>(block) + sizeof(KeptLocale));
-        if (Read_Locale(kept->m_User, kept->m_Choice.name, kept->m_Choice.name.data())) return kept;
+        char* const name = static_cast<char*>(block) + sizeof(KeptLocale);
+        char* const path = name + name_size;
+        std::memcpy(name, choice.name, name_size);
+        std::memcpy(path, choice.path, path_size);
+        auto* const kept = new (block) KeptLocale({name, path});
+        if (Read_Locale(kept->m_User, name)) return kept;
         kept->Drop();
         return nullptr;
     }
@@ -226,14 +248,7 @@ public:
     }
 
 private:
-    KeptLocale() noexcept = default;
-
-    void Set_Choice(const Choice& choice, char* room) noexcept {
-        char* const path = std::copy(choice.name.begin(), choice.name.end(), room) + 1;
-        path[-1] = '\0';
-        std::copy(choice.path.begin(), choice.path.end(), path);
-        m_Choice = {{room, choice.name.size()}, {path, choice.path.size()}};
-    }
+    explicit KeptLocale(const Choice& choice) noexcept : m_Choice(choice) {}
 
     UserLocale m_User = {};
     Choice m_Choice;

@@ -2,35 +2,18 @@
 #include <RVUtils/winapi.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
 #include <vector>
 
+#include "display_text.h"
 #include "environment.h"
 
 namespace {
 
-using Form = std::array<int, 6>;  // year to second
-constexpr Form kRefused = {};
-
-// What a text reads as.
-Form Read(std::wstring text, ULONG flags) {
-    DATE number = 1e9;
-    const HRESULT status = VarDateFromStr(text.data(), LOCALE_USER_DEFAULT, flags, &number);
-#if !defined(_WIN32)  // Wine 8 writes 0 when it refuses
-    EXPECT_EQ(number == 1e9, status < 0);
-#endif
-    EXPECT_TRUE(status >= 0 || status == DISP_E_TYPEMISMATCH) << status;
-    SYSTEMTIME form = {};
-    if (status < 0 || !VariantTimeToSystemTime(number, &form)) return kRefused;
-    return {form.wYear, form.wMonth, form.wDay, form.wHour, form.wMinute, form.wSecond};
-}
-
-std::wstring Widen(const char* text) {
-    wchar_t wide[128];
-    const int count = MultiByteToWideChar(CP_THREAD_ACP, 0, text, -1, wide, 128);
-    return {wide, static_cast<std::size_t>(count > 0 ? count - 1 : 0)};
-}
+using rv_test::Form;
+using rv_test::Form_Of;
+using rv_test::kRefused;
+using rv_test::Read;
 
 class Locale : public testing::Test {
 private:
@@ -97,38 +80,29 @@ TEST_F(Locale, RefusesWhatIsNone) {
     DATE number = 7;
     EXPECT_EQ(VarDateFromStr(nullptr, LOCALE_USER_DEFAULT, 0, &number), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(number, 7);
+#if !defined(_WIN32)  // Wine 8 writes 0
+    wchar_t text[] = L"junk";
+    EXPECT_EQ(VarDateFromStr(text, LOCALE_USER_DEFAULT, 0, &number), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(number, 7);
+#endif
 }
 
-// 20 September 1850 comes back as that, whether the locale gives its years two digits or four.
+// Whether the locale gives years two digits or four.
 TEST_F(Locale, EveryTextReadsBack) {
     for (DATE number = -657434; number < 2958466; number += 97) {
-        SYSTEMTIME date = {};
-        ASSERT_EQ(VariantTimeToSystemTime(number, &date), 1);
-        const Form expected = {date.wYear, date.wMonth, date.wDay};
-        date.wDayOfWeek = 9;  // not looked at
-        char text[64] = "";
-        const int length =
-            GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &date, nullptr, text, sizeof text);
-        // The system has texts from 1601 on.
-        if (date.wYear > 1600) {
-            ASSERT_EQ(length, static_cast<int>(std::string(text).size() + 1)) << number;
-            ASSERT_EQ(Read(Widen(text), 0), expected) << text;
+        const Form date = Form_Of(number);
+        // The system has short dates from 1601 on.
+        if (date[0] > 1600) {
+            const std::string text = rv_test::Date_Text(date);
+            ASSERT_EQ(Read(rv_test::Widen(text), 0), date) << text;
         }
-        BSTR plain = nullptr;
-        ASSERT_EQ(VarBstrFromDate(number, LOCALE_USER_DEFAULT,
-                                  LOCALE_NOUSEROVERRIDE | VAR_DATEVALUEONLY, &plain),
-                  S_OK);
-        ASSERT_EQ(Read(plain, VAR_DATEVALUEONLY), expected) << plain;
-        SysFreeString(plain);
+        const std::wstring plain = rv_test::Plain_Date_Text(number);
+        ASSERT_EQ(Read(plain, VAR_DATEVALUEONLY), date) << plain;
     }
     for (int seconds = 0; seconds < 86400; seconds += 61) {
-        const auto word = [](int part) { return static_cast<WORD>(part); };
-        const SYSTEMTIME time = {
-            2003, 2, 0, 1, word(seconds / 3600), word(seconds / 60 % 60), word(seconds % 60), 0};
-        char text[64] = "";
-        ASSERT_GT(GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &time, nullptr, text, sizeof text), 0);
-        const Form expected = {1899, 12, 30, time.wHour, time.wMinute, time.wSecond};
-        ASSERT_EQ(Read(Widen(text), VAR_TIMEVALUEONLY), expected) << text;
+        const Form time = {1899, 12, 30, seconds / 3600, seconds / 60 % 60, seconds % 60};
+        const std::string text = rv_test::Time_Text(time);
+        ASSERT_EQ(Read(rv_test::Widen(text), VAR_TIMEVALUEONLY), time) << text;
     }
 }
 

@@ -1,0 +1,43 @@
+// Locales of the C library that a test builds for itself. For Linux.
+#pragma once
+
+#include <cstdlib>
+#include <span>
+#include <string>
+
+#include "environment.h"
+#include "scratch.h"
+
+namespace rv_test {
+
+// While one lives, the process finds the given locales, such as "de_DE.ISO-8859-1", and besides
+// them only "C" and its kin. They have the categories LC_CTYPE and LC_TIME. One that cannot be
+// built is missing; building takes about a second each.
+class TestLocales {
+public:
+    explicit TestLocales(std::span<const char* const> names)
+        : m_Path("LOCPATH", m_Directory.Path().string()) {
+        // Other categories would take longer than these two. That they are left out makes the
+        // program fail, whatever it has built.
+        Write_File(m_Directory / "build", R"(
+            sed -n "/^comment_char/p;/^escape_char/p;/^LC_CTYPE/,/^END LC_CTYPE/p
+                    /^LC_TIME/,/^END LC_TIME/p" "/usr/share/i18n/locales/${1%%.*}" >"$1.source"
+            localedef -c --no-archive -i "./$1.source" -f "${1#*.}" "./$1" >/dev/null 2>&1
+            true)");
+        std::string build = "cd '" + m_Directory.Path().string() + "' && printf '%s\\n'";
+        for (const char* const name : names)
+            build += std::string(" ") + name;
+        build += " | xargs -P \"$(nproc)\" -n 1 sh ./build";
+        m_Built = std::system(build.c_str()) == 0;
+    }
+
+    // False: the programs are missing.
+    bool Built() const { return m_Built; }
+
+private:
+    ScratchDirectory m_Directory;
+    Environment m_Path;
+    bool m_Built = false;
+};
+
+}  // namespace rv_test
