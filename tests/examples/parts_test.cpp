@@ -4,7 +4,6 @@
 #include <attachments/crc32.h>
 #include <attachments/names.h>
 #include <attachments/section_scan.h>
-#include <attachments/tree_walk.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -111,29 +110,6 @@ TEST(SectionScan, RefusesWhatTheReaderWouldLoseCountOf) {
     for (int level = 0; level < 65'535; ++level)
         deep += "]]>";
     EXPECT_FALSE(Fits(deep, 4096));
-}
-
-TEST(TreeWalk, PlacesEveryElement) {
-    const struct {
-        const char* document;
-        const char* tree;  // name, depth, "." for a last child, "!" for one that is not closed
-    } rows[] = {
-        {"<r><a/><b><c/></b></r>", "r0 a1 b1. c2. "},
-        {"<a/><b/>", "a0 b0 "},
-        {"<r><a><b><c/></b></a><d/></r>", "r0 a1 b2. c3. d1. "},
-        {"<r><a></a><b>", "r0! a1 b1! "},
-        {"<a><b></b></a><c><d><e/></d>", "a0 b1. c0! d1 e2. "},
-    };
-    for (const auto& row : rows) {
-        RVXmlParser parser;
-        ASSERT_TRUE(parser.Load_Text(row.document));
-        TreeWalk walk(parser);
-        std::string tree;
-        for (Element element; walk.Next(element);)
-            tree += element.name.GetString() + std::to_string(element.depth) +
-                    (element.last ? "." : "") + (element.closed ? "" : "!") + " ";
-        EXPECT_EQ(tree, row.tree) << row.document;
-    }
 }
 
 }  // namespace
