@@ -12,7 +12,8 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #include <windows.h>
-// The Automation headers follow the Windows ones.
+// The headers of its parts follow the Windows one.
+#include <commctrl.h>
 #include <oleauto.h>
 
 #include <ctime>

@@ -20,6 +20,7 @@ using DWORD = std::uint32_t;
 using LONGLONG = std::int64_t;
 using ULONGLONG = std::uint64_t;
 using INT_PTR = std::intptr_t;
+using UINT_PTR = std::uintptr_t;
 using HRESULT = std::int32_t;
 using LCID = DWORD;
 

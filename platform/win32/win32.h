@@ -3,6 +3,7 @@
 
 #include "bstr.h"
 #include "crttime.h"
+#include "date_time_picker.h"
 #include "error.h"
 #include "file.h"
 #include "handle.h"
@@ -12,3 +13,4 @@
 #include "path.h"
 #include "text.h"
 #include "types.h"
+#include "window.h"

@@ -1,0 +1,156 @@
+#include "window.h"
+
+#include <atomic>
+#include <string_view>
+
+#include "date_time_picker.h"
+#include "error.h"
+#include "window_object.h"
+
+namespace {
+
+using rv::Window;
+
+// Gives a window of a class, null without memory.
+using WindowMaker = Window* (*)(DWORD style) noexcept;
+
+constexpr struct {
+    std::string_view name;
+    WindowMaker make;
+} kClasses[] = {{DATETIMEPICK_CLASSA, &rv::Make_Date_Time_Picker}};
+
+WindowMaker Find_Class(LPCSTR name) noexcept {
+    for (const auto& entry : kClasses) {
+        if (name && entry.name == name) return entry.make;
+    }
+    return nullptr;
+}
+
+// Some of the system's calls give a meaning of its own to handles that 16 bits can hold.
+std::atomic<std::uintptr_t> g_NextHandle = 0x10000;
+
+constexpr std::size_t kBuckets = 256;
+
+// The windows of this thread by their handles. It needs no destructor, so that it can be asked
+// while the thread ends.
+thread_local Window* t_Buckets[kBuckets];
+
+}  // namespace
+
+namespace rv {
+
+class ThreadWindows {
+public:
+    // Ends with the thread, and its windows with it.
+    ~ThreadWindows() {
+        for (Window*& first : t_Buckets) {
+            while (first)
+                Destroy(*first);
+        }
+    }
+
+    static Window* Find(HWND handle) noexcept {
+        Window* window = Bucket_Of(handle);
+        while (window && window->m_Handle != handle)
+            window = window->m_NextInBucket;
+        return window;
+    }
+
+    HWND Add(Window& window, DWORD style, Window* parent) noexcept {
+        window.m_IsChild = (style & WS_CHILD) != 0;
+        // A child owns nothing: in its place, the window does that it is somewhere inside of.
+        while (!window.m_IsChild && parent && parent->m_IsChild)
+            parent = parent->m_Parent;
+        window.m_Handle = reinterpret_cast<HWND>(g_NextHandle++);
+        Push(Bucket_Of(window.m_Handle), window, &Window::m_NextInBucket);
+        window.m_Parent = parent;
+        if (parent) Push(parent->m_FirstChild, window, &Window::m_NextSibling);
+        return window.m_Handle;
+    }
+
+    // Without recursion: children may be nested deeper than the stack is.
+    static void Destroy(Window& window) noexcept {
+        for (Window* at = &window; at;) {
+            if (at->m_FirstChild) {
+                at = at->m_FirstChild;
+                continue;
+            }
+            Window* const next = at == &window ? nullptr : at->m_Parent;
+            Remove(*at);
+            delete at;
+            at = next;
+        }
+    }
+
+private:
+    using Link = Window* Window::*;
+
+    static Window*& Bucket_Of(HWND handle) noexcept {
+        return t_Buckets[reinterpret_cast<std::uintptr_t>(handle) % kBuckets];
+    }
+
+    static void Push(Window*& first, Window& window, Link next) noexcept {
+        window.*next = first;
+        first = &window;
+    }
+
+    static void Take_Out(Window*& first, Window& window, Link next) noexcept {
+        Window** at = &first;
+        while (*at != &window)
+            at = &((*at)->*next);
+        *at = window.*next;
+    }
+
+    static void Remove(Window& window) noexcept {
+        Take_Out(Bucket_Of(window.m_Handle), window, &Window::m_NextInBucket);
+        if (window.m_Parent)
+            Take_Out(window.m_Parent->m_FirstChild, window, &Window::m_NextSibling);
+    }
+};
+
+Window::~Window() = default;
+
+}  // namespace rv
+
+namespace {
+
+// The window behind a handle; null with the last error set.
+Window* Window_Of(HWND handle) noexcept {
+    Window* const window = rv::ThreadWindows::Find(handle);
+    if (!window) SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return window;
+}
+
+HWND Refuse(DWORD error) noexcept {
+    SetLastError(error);
+    return nullptr;
+}
+
+}  // namespace
+
+HWND CreateWindowExA(DWORD, LPCSTR class_name, LPCSTR, DWORD style, int, int, int, int, HWND parent,
+                     HMENU, HINSTANCE, LPVOID) noexcept {
+    static thread_local rv::ThreadWindows windows;
+    const WindowMaker make = Find_Class(class_name);
+    if (!make) return Refuse(ERROR_CANNOT_FIND_WND_CLASS);
+    if (!parent && (style & WS_CHILD)) return Refuse(ERROR_TLW_WITH_WSCHILD);
+    Window* const above = parent ? Window_Of(parent) : nullptr;
+    if (parent && !above) return nullptr;
+    Window* const window = make(style);
+    return window ? windows.Add(*window, style, above) : Refuse(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+BOOL DestroyWindow(HWND window) noexcept {
+    Window* const found = Window_Of(window);
+    if (found) rv::ThreadWindows::Destroy(*found);
+    return found != nullptr;
+}
+
+BOOL IsWindow(HWND window) noexcept {
+    return Window_Of(window) != nullptr;
+}
+
+LRESULT SendMessageA(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
+    Window* const found = Window_Of(window);
+    return found ? found->Receive(message, first, second) : 0;
+}
