@@ -552,61 +552,12 @@ private:
 
 // ---- the whole ----------------------------------------------------------------------------------
 
-bool Has_Wanted(const Reading& reading, ULONG half) noexcept {
-    return (half != VAR_TIMEVALUEONLY || reading.Has_Time()) &&
-           (half != VAR_DATEVALUEONLY || reading.Has_Date());
-}
-
-bool Read(const Cursor& cursor, ULONG half, Reading& reading) noexcept {
-    const UserLocale& user = cursor.User();
-    if (Read_Patterns(user.date, user.time, cursor, reading) && Has_Wanted(reading, half))
-        return true;
-    if (Read_Patterns(user.time, user.date, cursor, reading) && Has_Wanted(reading, half))
-        return true;
-    if (FreeReader(cursor, false).Read(reading) && Has_Wanted(reading, half)) return true;
-    return half == VAR_TIMEVALUEONLY && FreeReader(cursor, true).Read(reading) &&
-           reading.Has_Time();
-}
-
-// The thread's encoding is the locale's own for as long as one lives.
-class EncodingOf {
-public:
-    explicit EncodingOf(locale_t locale) noexcept : m_Before(uselocale(locale)) {}
-    EncodingOf(const EncodingOf&) = delete;
-    EncodingOf& operator=(const EncodingOf&) = delete;
-    ~EncodingOf() { uselocale(m_Before); }
-
-private:
-    locale_t m_Before;
-};
-
-bool Read(const UserLocale& user, string_view text, ULONG half, Reading& reading) noexcept {
-    if (Read(Cursor(user, text, false), half, reading)) return true;
-    const EncodingOf encoding(user.locale);
-    return Read(Cursor(user, text, true), half, reading);
-}
-
-// False: it is too long, or has characters that the thread's encoding lacks.
-bool Narrow(const OLECHAR* text, char (&narrow)[kLongestText + 1], string_view& result) noexcept {
-    std::size_t length = 0;
-    bool is_ascii = true;
-    for (; text[length] != L'\0'; ++length) {
-        if (length == kLongestText) return false;
-        const auto unit = static_cast<std::uint32_t>(text[length]);
-        is_ascii = is_ascii && unit < 0x80;
-        narrow[length] = static_cast<char>(unit);
-    }
-    result = {narrow, length};
-    if (is_ascii) return true;
-    BOOL replaced = FALSE;
-    const int count = WideCharToMultiByte(CP_THREAD_ACP, 0, text, static_cast<int>(length), narrow,
-                                          sizeof narrow, nullptr, &replaced);
-    result = {narrow, static_cast<std::size_t>(count)};
-    return count != 0 && !replaced;
-}
-
-// The whole must be right, also where only one half of it is wanted.
+// The whole must be right, also where only one half of it is wanted. The number is written only
+// then.
 bool Number_Of(const Reading& reading, ULONG half, DATE& number) noexcept {
+    if ((half == VAR_DATEVALUEONLY && !reading.Has_Date()) ||
+        (half == VAR_TIMEVALUEONLY && !reading.Has_Time()))
+        return false;
     const auto word = [](int part) { return static_cast<WORD>(part); };
     SYSTEMTIME form = {1899, 12, 0, 30, 0, 0, 0, 0};
     if (reading.Has_Date()) {
@@ -629,6 +580,54 @@ bool Number_Of(const Reading& reading, ULONG half, DATE& number) noexcept {
     return true;
 }
 
+// Where one way to read the text gives no moment, the next one may.
+bool Read(const Cursor& cursor, ULONG half, DATE& number) noexcept {
+    const UserLocale& user = cursor.User();
+    Reading reading;
+    const auto is_moment = [&] { return Number_Of(reading, half, number); };
+    if (Read_Patterns(user.date, user.time, cursor, reading) && is_moment()) return true;
+    if (Read_Patterns(user.time, user.date, cursor, reading) && is_moment()) return true;
+    if (FreeReader(cursor, false).Read(reading) && is_moment()) return true;
+    return half == VAR_TIMEVALUEONLY && FreeReader(cursor, true).Read(reading) && is_moment();
+}
+
+// The thread's encoding is the locale's own for as long as one lives.
+class EncodingOf {
+public:
+    explicit EncodingOf(locale_t locale) noexcept : m_Before(uselocale(locale)) {}
+    EncodingOf(const EncodingOf&) = delete;
+    EncodingOf& operator=(const EncodingOf&) = delete;
+    ~EncodingOf() { uselocale(m_Before); }
+
+private:
+    locale_t m_Before;
+};
+
+bool Read(const UserLocale& user, string_view text, ULONG half, DATE& number) noexcept {
+    if (Read(Cursor(user, text, false), half, number)) return true;
+    const EncodingOf encoding(user.locale);
+    return Read(Cursor(user, text, true), half, number);
+}
+
+// False: it is too long, or has characters that the thread's encoding lacks.
+bool Narrow(const OLECHAR* text, char (&narrow)[kLongestText + 1], string_view& result) noexcept {
+    std::size_t length = 0;
+    bool is_ascii = true;
+    for (; text[length] != L'\0'; ++length) {
+        if (length == kLongestText) return false;
+        const auto unit = static_cast<std::uint32_t>(text[length]);
+        is_ascii = is_ascii && unit < 0x80;
+        narrow[length] = static_cast<char>(unit);
+    }
+    result = {narrow, length};
+    if (is_ascii) return true;
+    BOOL replaced = FALSE;
+    const int count = WideCharToMultiByte(CP_THREAD_ACP, 0, text, static_cast<int>(length), narrow,
+                                          sizeof narrow, nullptr, &replaced);
+    result = {narrow, static_cast<std::size_t>(count)};
+    return count != 0 && !replaced;
+}
+
 }  // namespace
 
 HRESULT VarDateFromStr(const OLECHAR* text, LCID locale, ULONG flags, DATE* number) noexcept {
@@ -639,7 +638,5 @@ HRESULT VarDateFromStr(const OLECHAR* text, LCID locale, ULONG flags, DATE* numb
     if (!text || !Narrow(text, narrow, bytes)) return DISP_E_TYPEMISMATCH;
     const UserLocale* const user = rv::User_Locale();
     if (!user) return E_OUTOFMEMORY;
-    Reading reading;
-    if (!Read(*user, bytes, half, reading)) return DISP_E_TYPEMISMATCH;
-    return Number_Of(reading, half, *number) ? S_OK : DISP_E_TYPEMISMATCH;
+    return Read(*user, bytes, half, *number) ? S_OK : DISP_E_TYPEMISMATCH;
 }

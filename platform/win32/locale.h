@@ -26,7 +26,9 @@
 //   locale begins with the year itself and goes on otherwise.
 // - A year of one or two digits is one from 1930 to 2029. A date needs its year.
 // - Hours and minutes, with seconds or without, with a.m. or p.m. in the locale's words or as AM
-//   and PM, before the date or behind it; the full hour with one of these words.
+//   and PM, before the date or behind it; the full hour with one of these words. Where times have
+//   dots, as in Finnish, three numbers alone are a date if they can be one, unless only the time is
+//   asked for.
 // - Texts of more than 255 characters are refused.
 //
 // Any thread, as long as none changes the environment meanwhile. The locales used last are kept,

@@ -112,34 +112,30 @@ TEST_F(Locale, RefusesToFormat) {
     bad_date.wDay = 31;
     bad_time.wHour = 24;
     char text[64] = "#";
-    const auto date = [&text](LCID locale, const SYSTEMTIME& moment, char* buffer, int room) {
-        SetLastError(ERROR_SUCCESS);
-        const int length = GetDateFormatA(locale, DATE_SHORTDATE, &moment, nullptr, buffer, room);
-        EXPECT_EQ(length == 0, GetLastError() != ERROR_SUCCESS);
-        return length == 0 ? GetLastError() : ERROR_SUCCESS;
+    constexpr LCID kUser = LOCALE_USER_DEFAULT, kOther = 0x7777;
+    const auto date = [](LCID locale, const SYSTEMTIME& moment, char* buffer, int room) {
+        const int size = GetDateFormatA(locale, DATE_SHORTDATE, &moment, nullptr, buffer, room);
+        return size == 0 ? GetLastError() : DWORD{ERROR_SUCCESS};
     };
-    const auto time = [&text](LCID locale, const SYSTEMTIME& moment, char* buffer, int room) {
-        SetLastError(ERROR_SUCCESS);
-        const int length = GetTimeFormatA(locale, 0, &moment, nullptr, buffer, room);
-        return length == 0 ? GetLastError() : ERROR_SUCCESS;
+    const auto time = [&text](LCID locale, const SYSTEMTIME& moment) {
+        const int size = GetTimeFormatA(locale, 0, &moment, nullptr, text, sizeof text);
+        return size == 0 ? GetLastError() : DWORD{ERROR_SUCCESS};
     };
-    EXPECT_EQ(date(0x7777, good, text, 64), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(date(LOCALE_USER_DEFAULT, bad_date, text, 64), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, nullptr, 64), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, text, -1), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(time(0x7777, good, text, 64), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(time(LOCALE_USER_DEFAULT, bad_time, text, 64), DWORD{ERROR_INVALID_PARAMETER});
+    constexpr DWORD kInvalid = ERROR_INVALID_PARAMETER;
+    EXPECT_EQ(date(kOther, good, text, 64), kInvalid);
+    EXPECT_EQ(date(kUser, bad_date, text, 64), kInvalid);
+    EXPECT_EQ(date(kUser, good, nullptr, 64), kInvalid);
+    EXPECT_EQ(date(kUser, good, text, -1), kInvalid);
+    EXPECT_EQ(time(kOther, good), kInvalid);
+    EXPECT_EQ(time(kUser, bad_time), kInvalid);
     EXPECT_STREQ(text, "#");
-    EXPECT_EQ(date(LOCALE_USER_DEFAULT, bad_time, text, 64), DWORD{ERROR_SUCCESS});
-    EXPECT_EQ(time(LOCALE_USER_DEFAULT, bad_date, text, 64), DWORD{ERROR_SUCCESS});
-    const int needed =
-        GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &good, nullptr, nullptr, 0);
-    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, text, needed), DWORD{ERROR_SUCCESS});
-    EXPECT_EQ(date(LOCALE_USER_DEFAULT, good, text, needed - 1), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    BSTR none = nullptr;
+    EXPECT_EQ(date(kUser, bad_time, text, 64), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(time(kUser, bad_date), DWORD{ERROR_SUCCESS});
+    const int needed = GetDateFormatA(kUser, DATE_SHORTDATE, &good, nullptr, nullptr, 0);
+    EXPECT_EQ(date(kUser, good, text, needed), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(date(kUser, good, text, needed - 1), DWORD{ERROR_INSUFFICIENT_BUFFER});
     for (const DATE number : {-657435.0, 2958466.0, 1e300})
-        EXPECT_LT(VarBstrFromDate(number, LOCALE_USER_DEFAULT, VAR_DATEVALUEONLY, &none), 0);
-    EXPECT_EQ(none, nullptr);
+        EXPECT_EQ(rv_test::Plain_Date_Text(number), L"(none)");
 }
 
 }  // namespace
