@@ -1,11 +1,16 @@
 #include "rvdatetm.h"
 
+#include <cmath>
+#include <cstdio>
 #include <ctime>
 #include <new>
+#include <source_location>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "../frame/RVDev.h"
+#include "../platform/mfc/CException.h"
 #include "../platform/winapi.h"
 
 // rv::HeapDeleter frees the record without a destructor.
@@ -13,27 +18,39 @@ static_assert(std::is_trivially_destructible_v<COleDateTime>);
 
 namespace {
 
+using rv::kHalfSecond;
+
 enum ReportCode : unsigned int {
+    kNullPointer = 12,
     kBadValue = 13,
     kPartsRefused = 17,
     kNoHeldValue = 18,
     kNoMemory = 23,
+    kPartRefused = 25,
+    kNoText = 28,
 };
 
-constexpr const char* kOutputTemplate = "%Y%m%d%H%M%S";
 constexpr std::string_view kDefaultDbText = "19800101000001";
 constexpr std::size_t kDbTextLength = 14;
 
 constexpr UINT kInvalidTextResource = 55296;
 constexpr std::size_t kTextRoom = 256;
 
-void Report(ReportCode code, ULONG line) {
-    pProgrammer_Error(code, "rvdatetm", line, true);
+constexpr LONG kSeconds1970To1980 = 315532800;
+constexpr LONG kDaylightShift = 3600;
+constexpr int kFirstYearOfTime70 = 1970;
+constexpr int kFirstYearOfTime80 = 1980;
+
+constexpr ULONG kFallbackFlags = LOCALE_NOUSEROVERRIDE | VAR_DATEVALUEONLY;
+constexpr int kLocaleTextRoom = 64;
+
+void Report(ReportCode code, std::source_location where = std::source_location::current()) {
+    pProgrammer_Error(code, "rvdatetm", where.line(), true);
 }
 
-// The result of an operation that ends with its report.
-bool Refuse(ReportCode code, ULONG line) {
-    Report(code, line);
+// Ends an operation with its report, and with false or 0 for its result.
+bool Refuse(ReportCode code, std::source_location where = std::source_location::current()) {
+    Report(code, where);
     return false;
 }
 
@@ -84,15 +101,122 @@ Parts Read_Parts(const COleDateTime& value) {
     return {form.wYear, form.wMonth, form.wDay, form.wHour, form.wMinute, form.wSecond};
 }
 
-short Get_Part(const COleDateTime* value, WORD SYSTEMTIME::*part, ULONG line) {
+short Get_Part(const COleDateTime* value, WORD SYSTEMTIME::*part,
+               std::source_location where = std::source_location::current()) {
     if (!value) {
-        Report(kNoHeldValue, line);
+        Report(kNoHeldValue, where);
         return 0;
     }
     SYSTEMTIME form;
     return Get_Calendar(*value, form) ? static_cast<short>(form.*part) : short{-1};
 }
 
+// The date of one and the time of day of the other.
+void Set_From_Halves(COleDateTime& target, const Parts& date, const Parts& time) {
+    Set_From_Calendar(target,
+                      {date.year, date.month, date.day, time.hour, time.minute, time.second});
+}
+
+bool Set_Part(COleDateTime* value, int Parts::*part, short amount, unsigned short last,
+              std::source_location where = std::source_location::current()) {
+    if (!value) return Refuse(kNoHeldValue, where);
+    if (static_cast<unsigned short>(amount) > last) return Refuse(kBadValue, where);
+    Parts parts = Read_Parts(*value);
+    parts.*part = amount;
+    Set_From_Calendar(*value, parts);
+    return value->m_status == COleDateTime::valid || Refuse(kPartRefused, where);
+}
+
+// The scale of numbers is not continuous below zero: -1.25 is 06:00 of the day before day 0. These
+// two go to a scale that is, and back.
+DATE To_Linear(DATE number) {
+    if (number > -kHalfSecond) return number;
+    const DATE day = std::ceil(number);
+    return day - (number - day);
+}
+
+DATE From_Linear(DATE linear) {
+    if (linear > -kHalfSecond) return linear;
+    const DATE day = std::floor(linear);
+    return day + (day - linear);
+}
+
+void Move(COleDateTime& value, DATE days) {
+    value.m_dt = From_Linear(To_Linear(value.m_dt) + days);
+    value.m_status = COleDateTime::valid;
+}
+
+// The sum of years and months; the day is fitted to the month reached.
+Parts Add_Months(const Parts& parts, int years, int months) {
+    Parts sum = parts;
+    long long year = static_cast<long long>(parts.year) + years + months / 12;
+    sum.month += months % 12;
+    if (sum.month > 12) {
+        sum.month -= 12;
+        ++year;
+    } else if (sum.month < 1) {
+        sum.month += 12;
+        --year;
+    }
+    sum.year = static_cast<int>(year);
+    if (sum.day > 28 && sum.month == 2) {
+        sum.day = RVDateTime::Is_Leap_Year(sum.year) ? 29 : 28;
+    } else if (sum.day == 31 &&
+               (sum.month == 4 || sum.month == 6 || sum.month == 9 || sum.month == 11)) {
+        sum.day = 30;
+    }
+    return sum;
+}
+
+// The held value of the other side of a comparison.
+const COleDateTime& Or_Invalid(const COleDateTime* value) {
+    static constexpr COleDateTime kInvalid = {0.0, COleDateTime::invalid};
+    return value ? *value : kInvalid;
+}
+
+template <class Number>
+short Order(Number left, Number right) {
+    return static_cast<short>(left < right ? -1 : left > right);
+}
+
+// Without a moment it lies behind every time of day.
+ULONG Second_Of_Day(const Parts& parts) {
+    return static_cast<ULONG>((parts.hour * 60 + parts.minute) * 60 + parts.second);
+}
+
+bool Are_Equal(const COleDateTime& left, const COleDateTime& right) {
+    if (left.m_status != right.m_status) return false;
+    if (left.m_status != COleDateTime::valid) return left.m_status == COleDateTime::null;
+    return left.m_dt + kHalfSecond > right.m_dt && right.m_dt > left.m_dt - kHalfSecond;
+}
+
+bool Comes_Before(const COleDateTime& left, const COleDateTime& right) {
+    return left.m_status == COleDateTime::valid && right.m_status == COleDateTime::valid &&
+           To_Linear(left.m_dt) < To_Linear(right.m_dt);
+}
+
+LONG Zone_Offset() {
+    LONG seconds = 0;
+    _get_timezone(&seconds);
+    return seconds;
+}
+
+// Sums of counts wrap around at 32 bits.
+LONG Wrapped(LONGLONG seconds) {
+    return static_cast<LONG>(static_cast<ULONG>(seconds));
+}
+
+// The hour of daylight saving that the zone adds at an instant; false when the platform cannot
+// express it.
+bool Read_Daylight_Shift(LONG time70, LONG& shift) {
+    const __time32_t instant = time70;
+    std::tm local;
+    if (_localtime32_s(&local, &instant) != 0) return false;
+    shift = local.tm_isdst > 0 ? kDaylightShift : 0;
+    return true;
+}
+
+// Status `invalid` when the platform cannot express the instant.
 COleDateTime Seconds_To_Value(__time64_t seconds) {
     COleDateTime value;
     std::tm local;
@@ -122,7 +246,7 @@ constexpr bool Is_Digit(char character) {
 
 // As atoi would read the field on its own, white space being that of the C locale. No field is long
 // enough for an overflow.
-int Read_Field(std::string_view field) {
+int Read_Any_Field(std::string_view field) {
     std::size_t at = 0;
     while (at < field.size() && std::string_view(" \t\n\v\f\r").find(field[at]) != field.npos)
         ++at;
@@ -134,12 +258,23 @@ int Read_Field(std::string_view field) {
     return negative ? -number : number;
 }
 
+template <std::size_t kLength>
+int Read_Field(const char* text) {
+    int number = 0;
+    for (std::size_t at = 0; at < kLength; ++at) {
+        if (!Is_Digit(text[at])) return Read_Any_Field({text, kLength});
+        number = number * 10 + (text[at] - '0');
+    }
+    return number;
+}
+
 // `text` has the length of a database text.
 COleDateTime Read_Db_Text(std::string_view text) {
     COleDateTime value;
-    Set_From_Calendar(value, {Read_Field(text.substr(0, 4)), Read_Field(text.substr(4, 2)),
-                              Read_Field(text.substr(6, 2)), Read_Field(text.substr(8, 2)),
-                              Read_Field(text.substr(10, 2)), Read_Field(text.substr(12, 2))});
+    const char* const at = text.data();
+    Set_From_Calendar(value,
+                      {Read_Field<4>(at), Read_Field<2>(at + 4), Read_Field<2>(at + 6),
+                       Read_Field<2>(at + 8), Read_Field<2>(at + 10), Read_Field<2>(at + 12)});
     return value;
 }
 
@@ -154,49 +289,104 @@ RVString Invalid_Text() {
     return length > 0 ? CString(text, length) : CString("Invalid DateTime");
 }
 
-// Puts the year into a template in place of %Y. The C libraries differ in the width of a year below
-// 1000, and a database text must have its 14 characters.
-void Fill_In_Year(const char* format, unsigned year, char (&out)[kTextRoom]) {
-    const char digits[] = {
-        static_cast<char>('0' + year / 1000 % 10), static_cast<char>('0' + year / 100 % 10),
-        static_cast<char>('0' + year / 10 % 10), static_cast<char>('0' + year % 10)};
-    std::size_t length = 0;
-    while (*format && length + sizeof digits < kTextRoom) {
-        const std::size_t taken = format[0] == '%' && format[1] ? 2 : 1;
-        const std::string_view piece = taken == 2 && format[1] == 'Y'
-                                           ? std::string_view(digits, sizeof digits)
-                                           : std::string_view(format, taken);
-        length += piece.copy(out + length, piece.size());
-        format += taken;
-    }
-    out[length] = '\0';
+char* Put_Digits(char* at, unsigned number, int count) {
+    for (int digit = count; digit-- > 0; number /= 10)
+        at[digit] = static_cast<char>('0' + number % 10);
+    return at + count;
 }
 
-std::tm Broken_Down(const UDATE& parts) {
-    std::tm time = {};
-    time.tm_sec = parts.st.wSecond;
-    time.tm_min = parts.st.wMinute;
-    time.tm_hour = parts.st.wHour;
-    time.tm_mday = parts.st.wDay;
-    time.tm_mon = parts.st.wMonth - 1;
-    time.tm_year = parts.st.wYear - 1900;
-    time.tm_wday = parts.st.wDayOfWeek;
-    time.tm_yday = parts.wDayOfYear - 1;
-    return time;
-}
-
-RVString Format_Template(const COleDateTime& value, const char* format) {
-    if (value.m_status == COleDateTime::null) return {};
+// The year has four digits below 1000, too: with three the text would not be read again.
+void Give_Db_Text(const COleDateTime& value, RVString& text) {
     UDATE parts;
-    if (value.m_status == COleDateTime::invalid || VarUdateFromDate(value.m_dt, 0, &parts) != S_OK)
+    if (value.m_status == COleDateTime::null) {
+        text.Empty();
+    } else if (value.m_status == COleDateTime::invalid ||
+               VarUdateFromDate(value.m_dt, 0, &parts) != S_OK) {
+        text = Invalid_Text();
+    } else {
+        char digits[kDbTextLength];
+        char* end = Put_Digits(digits, parts.st.wYear, 4);
+        for (const WORD part :
+             {parts.st.wMonth, parts.st.wDay, parts.st.wHour, parts.st.wMinute, parts.st.wSecond})
+            end = Put_Digits(end, part, 2);
+        text.SetString(digits, static_cast<int>(end - digits));
+    }
+}
+
+// A new BSTR of a text; null when there is no memory for it, told by a trace.
+BSTR Make_Wide(const RVString& text, const char* trace) {
+    try {
+        return text.Get_BSTR();
+    } catch (CMemoryException* error) {
+        pProgrammer_Trace(1, trace);
+        error->Delete();
+        return nullptr;
+    }
+}
+
+// The bytes of `text` made wide, with a terminator.
+class WideText {
+public:
+    explicit WideText(const RVString& text) {
+        const int length = text.GetLength() + 1;
+        if (length > kLocaleTextRoom)
+            m_Block.reset(rv::Heap_Allocate(sizeof(OLECHAR) * static_cast<std::size_t>(length)));
+        OLECHAR* const room =
+            length > kLocaleTextRoom ? static_cast<OLECHAR*>(m_Block.get()) : m_Room;
+        if (room && MultiByteToWideChar(CP_THREAD_ACP, 0, text, length, room, length) != 0)
+            m_Text = room;
+    }
+    WideText(const WideText&) = delete;
+    WideText& operator=(const WideText&) = delete;
+
+    // Null when it could not be made.
+    OLECHAR* Get() const { return m_Text; }
+
+private:
+    std::unique_ptr<void, rv::HeapDeleter> m_Block;
+    OLECHAR m_Room[kLocaleTextRoom];
+    OLECHAR* m_Text = nullptr;
+};
+
+// False leaves status `invalid`, and the number 0.0 for a text that is no date, else -1.0.
+bool Parse_Text(COleDateTime& target, const RVString& text, ULONG flags) {
+    const WideText wide(text);
+    if (!wide.Get()) {
+        target = {0.0, COleDateTime::invalid};
+        return false;
+    }
+    const HRESULT status = VarDateFromStr(wide.Get(), LOCALE_USER_DEFAULT, flags, &target.m_dt);
+    if (status >= 0) {
+        target.m_status = COleDateTime::valid;
+        return true;
+    }
+    target = {status == DISP_E_TYPEMISMATCH ? 0.0 : -1.0, COleDateTime::invalid};
+    return false;
+}
+
+RVString Format_Locale(const COleDateTime& value, ULONG flags) {
+    if (value.m_status == COleDateTime::null) return {};
+    CComBSTR text;
+    if (value.m_status == COleDateTime::invalid ||
+        VarBstrFromDate(value.m_dt, LOCALE_USER_DEFAULT, flags, &text) < 0)
         return Invalid_Text();
-    char with_year[kTextRoom];
-    Fill_In_Year(format, parts.st.wYear, with_year);
-    const std::tm time = Broken_Down(parts);
-    char text[kTextRoom];
-    // A text that does not fit is left undefined in the buffer, with length 0.
-    text[std::strftime(text, sizeof text, with_year, &time)] = '\0';
-    return text;
+    return CString(text.m_str);
+}
+
+// What one of the locale formatters writes; nothing where it fails.
+template <class Formatter>
+RVString Locale_Text(Formatter formatter, DWORD flags, const SYSTEMTIME& form) {
+    char text[kLocaleTextRoom];
+    const int length = formatter(LOCALE_USER_DEFAULT, flags, &form, nullptr, text, kLocaleTextRoom);
+    return length > 0 ? CString(text, length - 1) : CString();
+}
+
+// `form` is null for a value without one.
+RVString Date_Text(const COleDateTime& value, const SYSTEMTIME* form) {
+    if (!form) return Format_Locale(value, kFallbackFlags);
+    RVString date = Locale_Text(GetDateFormatA, DATE_SHORTDATE, *form);
+    COleDateTime read_back;
+    return Parse_Text(read_back, date, 0) ? date : Format_Locale(value, kFallbackFlags);
 }
 
 }  // namespace
@@ -204,7 +394,7 @@ RVString Format_Template(const COleDateTime& value, const char* format) {
 RVDateTime::HeldValue RVDateTime::Make_Held_Value(const COleDateTime& value) noexcept {
     void* const block = rv::Heap_Allocate(sizeof(COleDateTime));
     if (block) return HeldValue(new (block) COleDateTime(value));
-    Report(kNoMemory, __LINE__);
+    Report(kNoMemory);
     return nullptr;
 }
 
@@ -218,15 +408,28 @@ RVDateTime::RVDateTime(RVString& db_text) {
     Init_Db_Date(db_text);
 }
 
+RVDateTime::RVDateTime(wchar_t* db_text) {
+    RVString text(db_text);
+    Init_Db_Date(text);
+}
+
+RVDateTime::RVDateTime(CComBSTR& db_text) : RVDateTime(db_text.m_str) {}
+
 RVDateTime::RVDateTime(COleDateTime& value) : m_Value(Make_Held_Value(value)) {}
+
+RVDateTime::RVDateTime(LONG seconds, bool time80) {
+    const LONG time70 = time80 ? Time80_To_Time70(seconds) : seconds;
+    m_Value = Make_Held_Value({});
+    if (m_Value) *m_Value = Seconds_To_Value(time70);
+}
 
 RVDateTime::~RVDateTime() = default;
 
 RVDateTime& RVDateTime::operator=(const RVDateTime& other) {
     if (!m_Value) {
-        Report(kNoHeldValue, __LINE__);
+        Report(kNoHeldValue);
     } else if (!other.m_Value) {
-        Report(kNoHeldValue, __LINE__);
+        Report(kNoHeldValue);
         m_Value->m_status = COleDateTime::invalid;
     } else {
         *m_Value = *other.m_Value;
@@ -236,26 +439,54 @@ RVDateTime& RVDateTime::operator=(const RVDateTime& other) {
 
 void RVDateTime::Init_Db_Date(RVString& db_text) {
     m_Value = Make_Held_Value({});
-    if (m_Value && !Set_Db_Value(db_text)) Report(kBadValue, __LINE__);
+    if (m_Value && !Set_Db_Value(db_text)) Report(kBadValue);
 }
 
 bool RVDateTime::Set_Db_Value(RVString& db_text) {
-    if (!m_Value) return Refuse(kNoHeldValue, __LINE__);
+    if (!m_Value) return Refuse(kNoHeldValue);
     const std::string_view text = db_text.IsEmpty() ? kDefaultDbText : View(db_text);
-    if (text.size() != kDbTextLength) return Refuse(kBadValue, __LINE__);
+    if (text.size() != kDbTextLength) return Refuse(kBadValue);
     const COleDateTime value = Read_Db_Text(text);
     if (value.m_status != COleDateTime::valid) return false;
     *m_Value = value;
     return true;
 }
 
+bool RVDateTime::Set_Db_Value(wchar_t* db_text) {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    RVString text(db_text);
+    return Set_Db_Value(text);
+}
+
+bool RVDateTime::Set_Db_Value(CComBSTR& db_text) {
+    return Set_Db_Value(db_text.m_str);
+}
+
 void RVDateTime::Get_Db_Value(RVString& db_text) {
-    if (!m_Value) {
-        Report(kNoHeldValue, __LINE__);
-        return;
-    }
-    db_text = Format_Template(*m_Value, kOutputTemplate);
-    if (db_text.IsEmpty()) Report(kBadValue, __LINE__);
+    if (!m_Value) return Report(kNoHeldValue);
+    Give_Db_Text(*m_Value, db_text);
+    if (db_text.IsEmpty()) Report(kBadValue);
+}
+
+void RVDateTime::Get_Db_Value(wchar_t** db_text) {
+    if (!m_Value) return Report(kNoHeldValue);
+    if (!db_text) return Report(kNullPointer);
+    RVString text;
+    Give_Db_Text(*m_Value, text);
+    if (text.IsEmpty()) return Report(kNoText);
+    BSTR const wide =
+        Make_Wide(text, "Unable to copy RVString into BSTR. RVDateTime::Get_Db_Value");
+    if (wide) *db_text = wide;
+}
+
+void RVDateTime::Get_Db_Value(CComBSTR& db_text) {
+    if (!m_Value) return Report(kNoHeldValue);
+    RVString text;
+    Give_Db_Text(*m_Value, text);
+    if (text.IsEmpty()) return Report(kNoText);
+    BSTR const wide =
+        Make_Wide(text, "Unable to copy RVString into CComBSTR. RVDateTime::Get_Db_Value");
+    if (wide) db_text.Attach(wide);
 }
 
 bool RVDateTime::Validate_Db_Value(RVString& db_text) {
@@ -270,69 +501,311 @@ void RVDateTime::Get_Current_Db_Value(RVString& db_text) {
 }
 
 short RVDateTime::Get_Year() {
-    return Get_Part(m_Value.get(), &SYSTEMTIME::wYear, __LINE__);
+    return Get_Part(m_Value.get(), &SYSTEMTIME::wYear);
 }
 short RVDateTime::Get_Month() {
-    return Get_Part(m_Value.get(), &SYSTEMTIME::wMonth, __LINE__);
+    return Get_Part(m_Value.get(), &SYSTEMTIME::wMonth);
 }
 short RVDateTime::Get_Day() {
-    return Get_Part(m_Value.get(), &SYSTEMTIME::wDay, __LINE__);
+    return Get_Part(m_Value.get(), &SYSTEMTIME::wDay);
 }
 short RVDateTime::Get_Hour() {
-    return Get_Part(m_Value.get(), &SYSTEMTIME::wHour, __LINE__);
+    return Get_Part(m_Value.get(), &SYSTEMTIME::wHour);
 }
 short RVDateTime::Get_Minute() {
-    return Get_Part(m_Value.get(), &SYSTEMTIME::wMinute, __LINE__);
+    return Get_Part(m_Value.get(), &SYSTEMTIME::wMinute);
 }
 short RVDateTime::Get_Second() {
-    return Get_Part(m_Value.get(), &SYSTEMTIME::wSecond, __LINE__);
+    return Get_Part(m_Value.get(), &SYSTEMTIME::wSecond);
+}
+
+short RVDateTime::Get_Day_Of_Week() {
+    if (!m_Value) {
+        Report(kNoHeldValue);
+        return -1;
+    }
+    SYSTEMTIME form;
+    return Get_Calendar(*m_Value, form) ? static_cast<short>(form.wDayOfWeek + 1) : short{-1};
+}
+
+bool RVDateTime::Is_Leap_Year() {
+    return Is_Leap_Year(Get_Year());
+}
+
+bool RVDateTime::Is_Leap_Year(int year) {
+    if (year < 1 || year > 9998) return Refuse(kBadValue);
+    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
 }
 
 bool RVDateTime::Set_Value(short year, short month, short day, short hour, short minute,
                            short second) {
-    if (!m_Value) return Refuse(kNoHeldValue, __LINE__);
+    if (!m_Value) return Refuse(kNoHeldValue);
     Set_From_Calendar(*m_Value, {year, month, day, hour, minute, second});
-    return m_Value->m_status == COleDateTime::valid || Refuse(kPartsRefused, __LINE__);
+    return m_Value->m_status == COleDateTime::valid || Refuse(kPartsRefused);
 }
 
 bool RVDateTime::Set_Date_Value(short year, short month, short day) {
-    if (!m_Value) return Refuse(kNoHeldValue, __LINE__);
+    if (!m_Value) return Refuse(kNoHeldValue);
     COleDateTime date;
     Set_From_Calendar(date, {year, month, day, 0, 0, 0});
-    if (date.m_status != COleDateTime::valid) return Refuse(kPartsRefused, __LINE__);
-    const Parts own = Read_Parts(*m_Value);
-    Set_From_Calendar(*m_Value, {year, month, day, own.hour, own.minute, own.second});
+    if (date.m_status != COleDateTime::valid) return Refuse(kPartsRefused);
+    Set_From_Halves(*m_Value, Read_Parts(date), Read_Parts(*m_Value));
     return true;
 }
 
 bool RVDateTime::Set_Time_Value(short hour, short minute, short second) {
-    if (!m_Value) return Refuse(kNoHeldValue, __LINE__);
+    if (!m_Value) return Refuse(kNoHeldValue);
     COleDateTime time;
     Set_From_Calendar(time, {1899, 12, 30, hour, minute, second});
-    if (time.m_status != COleDateTime::valid) return Refuse(kPartsRefused, __LINE__);
-    const Parts own = Read_Parts(*m_Value);
-    Set_From_Calendar(*m_Value, {own.year, own.month, own.day, hour, minute, second});
+    if (time.m_status != COleDateTime::valid) return Refuse(kPartsRefused);
+    Set_From_Halves(*m_Value, Read_Parts(*m_Value), Read_Parts(time));
     return true;
 }
 
+bool RVDateTime::Set_Time_Value(LONG seconds) {
+    return Set_Time_Value(static_cast<short>(seconds / 3600), static_cast<short>(seconds / 60 % 60),
+                          static_cast<short>(seconds % 60));
+}
+
+bool RVDateTime::Set_Hour(short hour) {
+    return Set_Part(m_Value.get(), &Parts::hour, hour, 23);
+}
+
+bool RVDateTime::Set_Minute(short minute) {
+    return Set_Part(m_Value.get(), &Parts::minute, minute, 59);
+}
+
+bool RVDateTime::Set_Second(short second) {
+    return Set_Part(m_Value.get(), &Parts::second, second, 59);
+}
+
+void RVDateTime::Add_Date(int years, int months, int days) {
+    if (!m_Value) return Report(kNoHeldValue);
+    Set_From_Calendar(*m_Value, Add_Months(Read_Parts(*m_Value), years, months));
+    Move(*m_Value, days);
+}
+
+void RVDateTime::Add_Time(int hours, int minutes, int seconds) {
+    if (!m_Value) return Report(kNoHeldValue);
+    Move(*m_Value, hours / 24.0 + minutes / 1440.0 + seconds / 86400.0);
+}
+
+short RVDateTime::Compare_Date(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    const Parts left = Read_Parts(*m_Value), right = Read_Parts(Or_Invalid(other.m_Value.get()));
+    if (left.year != right.year) return Order(left.year, right.year);
+    if (left.month != right.month) return Order(left.month, right.month);
+    return Order(left.day, right.day);
+}
+
+short RVDateTime::Compare_Time(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    return Order(Second_Of_Day(Read_Parts(*m_Value)),
+                 Second_Of_Day(Read_Parts(Or_Invalid(other.m_Value.get()))));
+}
+
+bool RVDateTime::operator==(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    return Are_Equal(*m_Value, Or_Invalid(other.m_Value.get()));
+}
+
+bool RVDateTime::operator!=(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    return !Are_Equal(*m_Value, Or_Invalid(other.m_Value.get()));
+}
+
+bool RVDateTime::Is_Less(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    return Comes_Before(*m_Value, Or_Invalid(other.m_Value.get()));
+}
+
+bool RVDateTime::Is_Less_Or_Equal(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    const COleDateTime& right = Or_Invalid(other.m_Value.get());
+    return Comes_Before(*m_Value, right) || Are_Equal(*m_Value, right);
+}
+
+bool RVDateTime::Is_Greater(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    return Comes_Before(Or_Invalid(other.m_Value.get()), *m_Value);
+}
+
+bool RVDateTime::Is_Greater_Or_Equal(const RVDateTime& other) const {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    const COleDateTime& right = Or_Invalid(other.m_Value.get());
+    return Comes_Before(right, *m_Value) || Are_Equal(*m_Value, right);
+}
+
+bool RVDateTime::Set_Value(LONG seconds, bool time80) {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    const COleDateTime value = Seconds_To_Value(time80 ? Time80_To_Time70(seconds) : seconds);
+    if (value.m_status != COleDateTime::valid) return Refuse(kBadValue);
+    *m_Value = value;
+    return true;
+}
+
+void RVDateTime::Get_Value(LONG& seconds, bool time80) {
+    const Parts parts = m_Value ? Read_Parts(*m_Value) : Parts{};
+    if (!m_Value) Report(kNoHeldValue);
+    if (parts.year < (time80 ? kFirstYearOfTime80 : kFirstYearOfTime70)) {
+        seconds = 0;
+        return;
+    }
+    std::tm local = {};
+    local.tm_year = parts.year - 1900;
+    local.tm_mon = parts.month - 1;
+    local.tm_mday = parts.day;
+    local.tm_hour = parts.hour;
+    local.tm_min = parts.minute;
+    local.tm_sec = parts.second;
+    local.tm_isdst = -1;
+    const __time64_t instant = _mktime64(&local);
+    if (instant == -1) ATL::AtlThrow(E_INVALIDARG);
+    seconds = time80 ? Time70_To_Time80(Wrapped(instant)) : Wrapped(instant);
+}
+
+LONG RVDateTime::Time70_To_Time80(LONG time70) {
+    LONG shift;
+    if (!Read_Daylight_Shift(time70, shift)) return Refuse(kBadValue);
+    return Wrapped(LONGLONG{time70} + shift - Zone_Offset() - kSeconds1970To1980);
+}
+
+LONG RVDateTime::Time80_To_Time70(LONG time80) {
+    const LONG standard = Wrapped(LONGLONG{Zone_Offset()} + kSeconds1970To1980 + time80);
+    LONG shift;
+    if (!Read_Daylight_Shift(standard, shift)) return Refuse(kBadValue);
+    return Wrapped(LONGLONG{standard} - shift);
+}
+
 bool RVDateTime::Set_Value(COleDateTime& value) {
-    if (!m_Value) return Refuse(kNoHeldValue, __LINE__);
+    if (!m_Value) return Refuse(kNoHeldValue);
     *m_Value = value;
     return true;
 }
 
 void RVDateTime::Get_Value(COleDateTime& value) {
-    if (!m_Value) {
-        Report(kNoHeldValue, __LINE__);
-        return;
-    }
+    if (!m_Value) return Report(kNoHeldValue);
     value = *m_Value;
 }
 
-void RVDateTime::Get_Current_Value(std::nullptr_t) {
-    if (!m_Value) {
-        Report(kNoHeldValue, __LINE__);
-        return;
-    }
+bool RVDateTime::Set_Date_Value(COleDateTime& value) {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    Set_From_Halves(*m_Value, Read_Parts(value), Read_Parts(*m_Value));
+    return m_Value->m_status == COleDateTime::valid;
+}
+
+bool RVDateTime::Set_Time_Value(COleDateTime& value) {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    Set_From_Halves(*m_Value, Read_Parts(*m_Value), Read_Parts(value));
+    return m_Value->m_status == COleDateTime::valid;
+}
+
+void RVDateTime::Get_Date_Value(COleDateTime& value) {
+    if (!m_Value) return Report(kNoHeldValue);
+    Set_From_Halves(value, Read_Parts(*m_Value), Read_Parts(value));
+}
+
+void RVDateTime::Get_Time_Value(COleDateTime& value) {
+    if (!m_Value) return Report(kNoHeldValue);
+    Set_From_Halves(value, Read_Parts(value), Read_Parts(*m_Value));
+}
+
+bool RVDateTime::Set_Value(CDateTimeCtrl& control) {
+    COleDateTime shown;
+    return control.GetTime(shown) && Set_Value(shown);
+}
+
+bool RVDateTime::Set_Date_Value(CDateTimeCtrl& control) {
+    COleDateTime shown;
+    return control.GetTime(shown) && Set_Date_Value(shown);
+}
+
+bool RVDateTime::Set_Time_Value(CDateTimeCtrl& control) {
+    COleDateTime shown;
+    return control.GetTime(shown) && Set_Time_Value(shown);
+}
+
+void RVDateTime::Get_Value(CDateTimeCtrl& control) {
+    if (!m_Value) return Report(kNoHeldValue);
+    control.SetTime(*m_Value);
+}
+
+void RVDateTime::Get_Date_Value(CDateTimeCtrl& control) {
+    COleDateTime shown;
+    control.GetTime(shown);
+    Get_Date_Value(shown);
+    control.SetTime(shown);
+}
+
+void RVDateTime::Get_Time_Value(CDateTimeCtrl& control) {
+    COleDateTime shown;
+    control.GetTime(shown);
+    Get_Time_Value(shown);
+    control.SetTime(shown);
+}
+
+void RVDateTime::Format_Display_String(RVString& text, COleDateTime& value, bool date, bool time) {
+    SYSTEMTIME form;
+    const bool has_form = Get_Calendar(value, form);
+    RVString display;
+    if (date) display = Date_Text(value, has_form ? &form : nullptr);
+    if (date && time) display += ' ';
+    if (time && has_form) display += Locale_Text(GetTimeFormatA, 0, form);
+    text = std::move(display);
+}
+
+void RVDateTime::Get_Value(RVString& text) {
+    if (!m_Value) return Report(kNoHeldValue);
+    Format_Display_String(text, *m_Value, true, true);
+}
+
+void RVDateTime::Get_Date_Value(RVString& text) {
+    if (!m_Value) return Report(kNoHeldValue);
+    COleDateTime date = *m_Value;
+    date.m_dt = std::trunc(date.m_dt);
+    if (date.m_dt == 0.0) Report(kBadValue);
+    Format_Display_String(text, date, true, false);
+}
+
+void RVDateTime::Get_Time_Value(RVString& text) {
+    if (!m_Value) return Report(kNoHeldValue);
+    COleDateTime time;
+    Set_From_Halves(time, {1899, 12, 30, 0, 0, 0}, Read_Parts(*m_Value));
+    Format_Display_String(text, time, false, true);
+}
+
+void RVDateTime::Get_Fixed_Date_Time(RVString& text) {
+    const short year = Get_Year(), month = Get_Month(), day = Get_Day();
+    const short hour = Get_Hour(), minute = Get_Minute(), second = Get_Second();
+    char fixed[48];
+    std::snprintf(fixed, sizeof fixed, "%.2d/%.2d/%.4d %.2d:%.2d:%.2d", month, day, year, hour,
+                  minute, second);
+    text = fixed;
+}
+
+void RVDateTime::Get_Current_Value(RVString* text) {
+    if (!m_Value) return Report(kNoHeldValue);
     *m_Value = Read_Local_Clock();
+    if (text) Format_Display_String(*text, *m_Value, true, true);
+}
+
+void RVDateTime::Get_Current_Date(RVString* text) {
+    Get_Current_Value(text);
+}
+
+bool RVDateTime::Set_Value(RVString text) {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    return Parse_Text(*m_Value, text, 0);
+}
+
+bool RVDateTime::Set_Date_Value(RVString& text) {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    COleDateTime read;
+    return Parse_Text(read, text, VAR_DATEVALUEONLY) && Set_Date_Value(read);
+}
+
+bool RVDateTime::Set_Time_Value(RVString& text) {
+    if (!m_Value) return Refuse(kNoHeldValue);
+    COleDateTime read;
+    return Parse_Text(read, text, VAR_TIMEVALUEONLY) && Set_Time_Value(read);
 }

@@ -1,14 +1,18 @@
 #include <RVUtils/rvdatetm.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <memory>
+#include <random>
 #include <string>
 
 #include "allocation_sweep.h"
 #include "report_recorder.h"
+#include "shown_picker.h"
 #include "time_zone.h"
 
 namespace {
@@ -29,13 +33,17 @@ std::string Codes(ReportRecorder& reports) {
 }
 
 // Status and number, to a fraction of a second: platforms differ in the last bit of a sum.
+std::string Text_Of(const COleDateTime& value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%d %.12g", value.m_status, value.m_dt);
+    return text;
+}
+
 std::string Held_By(RVDateTime& object) {
     ReportRecorder reports;
     COleDateTime value;
     object.Get_Value(value);
-    char text[64];
-    std::snprintf(text, sizeof text, "%d %.12g", value.m_status, value.m_dt);
-    return Codes(reports) == " 18" ? "none" : text;
+    return Codes(reports) == " 18" ? "none" : Text_Of(value);
 }
 
 enum State { kValid, kInvalid, kNull, kNone, kStates };
@@ -76,19 +84,64 @@ std::string Assign(RVDateTime& object, const RVDateTime& other) {
     return Bool(&(object = other) == &object);
 }
 
-std::string Set_Null(RVDateTime& object) {
-    COleDateTime value = {8.5, COleDateTime::null};
-    return Bool(object.Set_Value(value));
+// A `valid` record is 5 May 2005 06:00:00.
+COleDateTime Record(State state) {
+    return {state == kValid ? 38477.25 : 8.5, COleDateTime::DateTimeStatus(state)};
 }
+
+// What an operation makes of a record.
+template <class Operation>
+std::string Into_Record(State state, Operation operation) {
+    COleDateTime value = Record(state);
+    operation(value);
+    return Text_Of(value);
+}
+
+// What an operation gives for a display text.
+template <class Operation>
+std::string Into_Text(Operation operation) {
+    RVString text("before");
+    operation(&text);
+    return text.GetString();
+}
+
+std::string Wide_Db(RVDateTime& object) {
+    BSTR wide = nullptr;
+    object.Get_Db_Value(&wide);
+    CComBSTR owned(L"before");
+    object.Get_Db_Value(owned);
+    const std::string texts = std::string(CString(wide)) + '|' + CString(owned.m_str).GetString();
+    SysFreeString(wide);
+    return texts;
+}
+
+std::string Seconds_Of(RVDateTime& object, bool time80) {
+    LONG seconds = 77;
+    object.Get_Value(seconds, time80);
+    return std::to_string(seconds);
+}
+
+// The platform's own texts of a moment, in whatever locale the tests run.
+std::string Display(const SYSTEMTIME& moment, const std::string& wanted) {
+    char date[64] = "", time[64] = "";
+    EXPECT_GT(GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &moment, nullptr, date, 64), 0);
+    EXPECT_GT(GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &moment, nullptr, time, 64), 0);
+    return wanted == "date" ? date : wanted == "time" ? time : std::string(date) + ' ' + time;
+}
+
+constexpr SYSTEMTIME kNoon = {2001, 2, 6, 3, 12, 0, 0, 0};  // what the `valid` object holds
 
 TEST(DateTime, EveryOperationInEveryState) {
     // By State: result, codes reported, and what the object holds where that has changed. A state
     // that is left out does as the one before it; without held value it is false and code 18.
-    constexpr struct {
+    rv_test::Set_Time_Zone("UTC0");
+    const std::string date = Display(kNoon, "date"), time = Display(kNoon, "time");
+    const std::string both = date + ' ' + time;
+    const struct {
         const char* name;
         std::string (*run)(RVDateTime&);
         const char *valid, *invalid = nullptr, *null = nullptr, *none = "false 18";
-    } kRows[] = {
+    } rows[] = {
         {"= null", [](RVDateTime& o) { return Assign(o, *Make(kNull)); }, "true -> 2 2.25",
          "true -> 2 2.25", "true", "true 18"},
         {"= no held value", [](RVDateTime& o) { return Assign(o, *Make(kNone)); },
@@ -111,9 +164,130 @@ TEST(DateTime, EveryOperationInEveryState) {
         {"time", [](RVDateTime& o) { return Bool(o.Set_Time_Value(18, 0, 0)); },
          "true -> 0 36925.75", "true", "true -> 1 2.25"},
         {"no time", [](RVDateTime& o) { return Bool(o.Set_Time_Value(24, 0, 0)); }, "false 17"},
-        {"record", Set_Null, "true -> 2 8.5"},
+        {"wide Set_Db_Value",
+         [](RVDateTime& o) {
+             CComBSTR text(L"19000101060000");
+             return Bool(o.Set_Db_Value(text)) + Bool(o.Set_Db_Value(text.m_str));
+         },
+         "truetrue -> 0 2.25", nullptr, nullptr, "falsefalse 18 18"},
+        {"wide null",
+         [](RVDateTime& o) { return Bool(o.Set_Db_Value(static_cast<wchar_t*>(nullptr))); },
+         "true -> 0 29221.0000116"},
+        {"wide Get_Db_Value", Wide_Db, "20010203120000|20010203120000",
+         "Invalid DateTime|Invalid DateTime", "|before 28 28", "|before 18 18"},
+        {"nowhere",
+         [](RVDateTime& o) {
+             return o.Get_Db_Value(static_cast<wchar_t**>(nullptr)), std::string();
+         },
+         " 12", nullptr, nullptr, " 18"},
+        {"day of week", [](RVDateTime& o) { return std::to_string(o.Get_Day_Of_Week()); }, "7",
+         "-1", nullptr, "-1 18"},
+        {"leap year", [](RVDateTime& o) { return Bool(o.Is_Leap_Year()); }, "false", "false 13",
+         nullptr, "false 18 13"},
+        {"hour", [](RVDateTime& o) { return Bool(o.Set_Hour(18)); }, "true -> 0 36925.75",
+         "false 25", "false 25 -> 1 2.25"},
+        {"minute", [](RVDateTime& o) { return Bool(o.Set_Minute(36)); }, "true -> 0 36925.525",
+         "false 25", "false 25 -> 1 2.25"},
+        {"second", [](RVDateTime& o) { return Bool(o.Set_Second(54)); }, "true -> 0 36925.500625",
+         "false 25", "false 25 -> 1 2.25"},
+        {"hour 24", [](RVDateTime& o) { return Bool(o.Set_Hour(24)); }, "false 13"},
+        {"minute -1", [](RVDateTime& o) { return Bool(o.Set_Minute(-1)); }, "false 13"},
+        {"second 60", [](RVDateTime& o) { return Bool(o.Set_Second(60)); }, "false 13"},
+        {"Add_Date", [](RVDateTime& o) { return o.Add_Date(1, 1, 1), std::string(); },
+         " -> 0 37319.5", " -> 0 3.25", nullptr, " 18"},
+        {"Add_Time", [](RVDateTime& o) { return o.Add_Time(6, 30, 0), std::string(); },
+         " -> 0 36925.7708333", " -> 0 2.52083333333", nullptr, " 18"},
+        {"time80", [](RVDateTime& o) { return Seconds_Of(o, true); }, "665668800", "0", nullptr,
+         "0 18"},
+        {"time70", [](RVDateTime& o) { return Seconds_Of(o, false); }, "981201600", "0", nullptr,
+         "0 18"},
+        {"from time80", [](RVDateTime& o) { return Bool(o.Set_Value(0, true)); },
+         "true -> 0 29221"},
+        {"from time70", [](RVDateTime& o) { return Bool(o.Set_Value(86400, false)); },
+         "true -> 0 25570"},
+        {"from -1", [](RVDateTime& o) { return Bool(o.Set_Value(-1, false)); }, "false 13"},
+        {"second of day", [](RVDateTime& o) { return Bool(o.Set_Time_Value(21600)); },
+         "true -> 0 36925.25", "true", "true -> 1 2.25"},
+        {"second 86400", [](RVDateTime& o) { return Bool(o.Set_Time_Value(86400)); }, "false 17"},
+        {"record",
+         [](RVDateTime& o) {
+             COleDateTime value = Record(kNull);
+             return Bool(o.Set_Value(value));
+         },
+         "true -> 2 8.5"},
+        {"date of record",
+         [](RVDateTime& o) {
+             COleDateTime value = Record(kValid);
+             return Bool(o.Set_Date_Value(value));
+         },
+         "true -> 0 38477.5", "false", "false -> 1 2.25"},
+        {"date of null record",
+         [](RVDateTime& o) {
+             COleDateTime value = Record(kNull);
+             return Bool(o.Set_Date_Value(value));
+         },
+         "false -> 1 36925.5", "false", "false -> 1 2.25"},
+        {"time of record",
+         [](RVDateTime& o) {
+             COleDateTime value = Record(kValid);
+             return Bool(o.Set_Time_Value(value));
+         },
+         "true -> 0 36925.25", "false", "false -> 1 2.25"},
+        {"into record",
+         [](RVDateTime& o) { return Into_Record(kNull, [&](auto& value) { o.Get_Value(value); }); },
+         "0 36925.5", "1 2.25", "2 2.25", "2 8.5 18"},
+        {"date into record",
+         [](RVDateTime& o) {
+             return Into_Record(kValid, [&](auto& value) { o.Get_Date_Value(value); });
+         },
+         "0 36925.25", "1 38477.25", nullptr, "0 38477.25 18"},
+        {"time into record",
+         [](RVDateTime& o) {
+             return Into_Record(kValid, [&](auto& value) { o.Get_Time_Value(value); });
+         },
+         "0 38477.5", "1 38477.25", nullptr, "0 38477.25 18"},
+        {"time into null record",
+         [](RVDateTime& o) {
+             return Into_Record(kNull, [&](auto& value) { o.Get_Time_Value(value); });
+         },
+         "1 8.5", nullptr, nullptr, "2 8.5 18"},
+        {"text", [](RVDateTime& o) { return Into_Text([&](auto text) { o.Get_Value(*text); }); },
+         both.c_str(), "Invalid DateTime ", " ", "before 18"},
+        {"date text",
+         [](RVDateTime& o) { return Into_Text([&](auto text) { o.Get_Date_Value(*text); }); },
+         date.c_str(), "Invalid DateTime", "", "before 18"},
+        {"time text",
+         [](RVDateTime& o) { return Into_Text([&](auto text) { o.Get_Time_Value(*text); }); },
+         time.c_str(), "", nullptr, "before 18"},
+        {"fixed text",
+         [](RVDateTime& o) { return Into_Text([&](auto text) { o.Get_Fixed_Date_Time(*text); }); },
+         "02/03/2001 12:00:00", "-01/-01/-0001 -01:-01:-01", nullptr,
+         "00/00/0000 00:00:00 18 18 18 18 18 18"},
+        {"from text",
+         [](RVDateTime& o) { return Bool(o.Set_Value(Display(kNoon, "both").c_str())); }, "true",
+         "true -> 0 36925.5"},
+        {"from no text", [](RVDateTime& o) { return Bool(o.Set_Value("no date")); },
+         "false -> 1 0"},
+        {"date from text",
+         [](RVDateTime& o) {
+             RVString text(Display({1900, 1, 1, 1, 6, 0, 0, 0}, "both").c_str());
+             return Bool(o.Set_Date_Value(text));
+         },
+         "true -> 0 2.5", "false", "false -> 1 2.25"},
+        {"time from text",
+         [](RVDateTime& o) {
+             RVString text(Display({1900, 1, 1, 1, 6, 0, 0, 0}, "both").c_str());
+             return Bool(o.Set_Time_Value(text));
+         },
+         "true -> 0 36925.25", "false", "false -> 1 2.25"},
+        {"halves from no text",
+         [](RVDateTime& o) {
+             RVString text("no date");
+             return Bool(o.Set_Date_Value(text)) + Bool(o.Set_Time_Value(text));
+         },
+         "falsefalse", nullptr, nullptr, "falsefalse 18 18"},
     };
-    for (const auto& row : kRows) {
+    for (const auto& row : rows) {
         const char* expected[kStates] = {row.valid, row.invalid, row.null, row.none};
         for (const State state : {kValid, kInvalid, kNull, kNone}) {
             if (!expected[state]) expected[state] = expected[state - 1];
@@ -126,6 +300,327 @@ TEST(DateTime, EveryOperationInEveryState) {
             EXPECT_EQ(outcome, expected[state]) << row.name << ", state " << state;
         }
     }
+}
+
+TEST(DateTime, PickerInEveryState) {
+    // By State: result, codes reported, and what both hold afterwards. The control shows 5 May 2005
+    // 06:00:00 before.
+    constexpr struct {
+        const char* name;
+        bool (*run)(RVDateTime&, CDateTimeCtrl&);
+        const char* expected[kStates];
+    } kRows[] = {
+        {"Set_Value",
+         [](auto& object, auto& control) { return object.Set_Value(control); },
+         {"true, 0 38477.25", "true, 0 38477.25", "true, 0 38477.25", "false 18, none"}},
+        {"Set_Date_Value",
+         [](auto& object, auto& control) { return object.Set_Date_Value(control); },
+         {"true, 0 38477.5", "false, 1 2.25", "false, 1 2.25", "false 18, none"}},
+        {"Set_Time_Value",
+         [](auto& object, auto& control) { return object.Set_Time_Value(control); },
+         {"true, 0 36925.25", "false, 1 2.25", "false, 1 2.25", "false 18, none"}},
+        {"Get_Value",
+         [](auto& object, auto& control) { return object.Get_Value(control), true; },
+         {"true, 0 36925.5, shows 0 36925.5", "true, 1 2.25", "true, 2 2.25, shows 2 0",
+          "true 18, none"}},
+        {"Get_Date_Value",
+         [](auto& object, auto& control) { return object.Get_Date_Value(control), true; },
+         {"true, 0 36925.5, shows 0 36925.25", "true, 1 2.25", "true, 2 2.25", "true 18, none"}},
+        {"Get_Time_Value",
+         [](auto& object, auto& control) { return object.Get_Time_Value(control), true; },
+         {"true, 0 36925.5, shows 0 38477.5", "true, 1 2.25", "true, 2 2.25", "true 18, none"}},
+    };
+    for (const auto& row : kRows) {
+        for (const State state : {kValid, kInvalid, kNull, kNone}) {
+            rv_test::ShownPicker picker(DTS_SHOWNONE);
+            ASSERT_TRUE(picker.control.SetTime(Record(kValid)));
+            const auto object = Make(state);
+            ReportRecorder reports;
+            std::string outcome = Bool(row.run(*object, picker.control));
+            outcome += Codes(reports);
+            outcome += ", " + Held_By(*object);
+            COleDateTime shown;
+            ASSERT_TRUE(picker.control.GetTime(shown));
+            if (Text_Of(shown) != "0 38477.25") outcome += ", shows " + Text_Of(shown);
+            EXPECT_EQ(outcome, row.expected[state]) << row.name << ", state " << state;
+        }
+    }
+}
+
+TEST(DateTime, PickerThatShowsNoDateOrIsNone) {
+    rv_test::ShownPicker picker(DTS_SHOWNONE);
+    ASSERT_TRUE(picker.control.SetTime(Record(kNull)));
+    const auto object = Make(kValid);
+    ReportRecorder reports;
+    EXPECT_FALSE(object->Set_Date_Value(picker.control));
+    EXPECT_EQ(Held_By(*object), "1 36925.5");
+    EXPECT_TRUE(object->Set_Value(picker.control));
+    EXPECT_EQ(Held_By(*object), "2 0");
+
+    CDateTimeCtrl none;
+    const auto other = Make(kValid);
+    EXPECT_FALSE(other->Set_Value(none) || other->Set_Date_Value(none) ||
+                 other->Set_Time_Value(none));
+    other->Get_Value(none);
+    other->Get_Date_Value(none);
+    EXPECT_EQ(Held_By(*other), "0 36925.5");
+    EXPECT_EQ(Codes(reports), "");
+}
+
+TEST(DateTime, ComparesInEveryState) {
+    // By the other one's State: Compare_Date, Compare_Time, and which of = ! < l > g hold, where l
+    // and g are <= and >=.
+    constexpr const char* kExpected[kStates][kStates] = {
+        {"0 0 =lg", "1 -1 !", "1 -1 !", "1 -1 !"},
+        {"-1 1 !", "0 0 !", "0 0 !", "0 0 !"},
+        {"-1 1 !", "0 0 !", "0 0 =lg", "0 0 !"},
+        {"0 0 ", "0 0 ", "0 0 ", "0 0 "},
+    };
+    for (const State left : {kValid, kInvalid, kNull, kNone}) {
+        for (const State right : {kValid, kInvalid, kNull, kNone}) {
+            const auto a = Make(left), b = Make(right);
+            ReportRecorder reports;
+            std::string outcome = std::to_string(a->Compare_Date(*b)) + ' ' +
+                                  std::to_string(a->Compare_Time(*b)) + ' ';
+            if (*a == *b) outcome += '=';
+            if (*a != *b) outcome += '!';
+            if (*a < *b) outcome += '<';
+            if (*a <= *b) outcome += 'l';
+            if (*a > *b) outcome += '>';
+            if (*a >= *b) outcome += 'g';
+            EXPECT_EQ(outcome, kExpected[left][right]) << left << ' ' << right;
+            EXPECT_EQ(Codes(reports), left == kNone ? " 18 18 18 18 18 18 18 18" : "");
+        }
+    }
+}
+
+TEST(DateTime, ComparesMoments) {
+    constexpr double kSecond = 1.0 / 86400;
+    constexpr struct {
+        const char* why;
+        double left, right;
+        const char* expected;  // Compare_Date, Compare_Time, == and <
+    } kRows[] = {
+        {"another hour", 2.25, 2.5, "0 -1 <"},
+        {"another day at the same hour", 2.25, 3.25, "-1 0 <"},
+        {"another month with an earlier day", 58.0, 60.5, "-1 -1 <"},
+        {"hours run forward below day 0", -1.75, -1.25, "0 1 "},
+        {"0.4 seconds", 40000, 40000 + 0.4 * kSecond, "0 0 =<"},
+        {"0.6 seconds", 40000, 40000 + 0.6 * kSecond, "0 -1 <"},
+        {"0.4 seconds below day 0", -1.25, -1.25 - 0.4 * kSecond, "0 0 =<"},
+        {"just above day 0, just below", 0.1 * kSecond, -0.1 * kSecond, "0 0 ="},
+        {"half a second below day 0", -0.5 * kSecond, 0, "0 1 "},
+    };
+    for (const auto& row : kRows) {
+        COleDateTime left = {row.left}, right = {row.right};
+        const RVDateTime a(left), b(right);
+        std::string outcome =
+            std::to_string(a.Compare_Date(b)) + ' ' + std::to_string(a.Compare_Time(b)) + ' ';
+        if (a == b) outcome += '=';
+        if (a < b) outcome += '<';
+        EXPECT_EQ(outcome, row.expected) << row.why;
+        EXPECT_EQ(b > a, a < b) << row.why;
+        EXPECT_EQ(a <= b, a < b || a == b) << row.why;
+        EXPECT_EQ(b >= a, a <= b) << row.why;
+        EXPECT_EQ(a != b, !(b == a)) << row.why;
+        EXPECT_EQ(b.Compare_Date(a), -a.Compare_Date(b)) << row.why;
+        EXPECT_EQ(b.Compare_Time(a), -a.Compare_Time(b)) << row.why;
+    }
+}
+
+std::string Db_Of(RVDateTime& object) {
+    RVString text;
+    object.Get_Db_Value(text);
+    return text.GetString();
+}
+
+TEST(DateTime, AddsOnTheCalendar) {
+    constexpr struct {
+        const char* from;
+        int years, months, days;
+        const char* expected;
+        const char* codes = "";
+    } kRows[] = {
+        {"20010131000000", 0, 1, 0, "20010228000000"},
+        {"20000131000000", 0, 1, 0, "20000229000000"},
+        {"20000229000000", 1, 0, 0, "20010228000000"},
+        {"20000229000000", 4, 0, 0, "20040229000000"},
+        {"20010331000000", 0, 1, 0, "20010430000000"},
+        {"20011115000000", 0, 3, 0, "20020215000000"},
+        {"20001231000000", 0, 2, 0, "20010228000000"},
+        {"20010331000000", 0, -1, 0, "20010228000000"},
+        {"20010315000000", 0, 13, 0, "20020415000000"},
+        {"20010315000000", 0, -14, 0, "20000115000000"},
+        {"20010115000000", 0, -1, 0, "20001215000000"},
+        {"20010101000000", 0, 0, -1, "20001231000000"},
+        {"20010131102030", 0, 1, 1, "20010301102030"},
+        {"18991231060000", 0, 0, -2, "18991229060000"},
+        {"01010301000000", -1, 0, -1, "01000228000000"},
+        {"99991231000000", 0, 1, 0, "99991231000000"},      // out of the calendar: only the days,
+        {"20010101000000", 65536, 0, 0, "20010101000000"},  // and years are cut to 16 bits
+        {"99990131000000", 0, 1, 0, "99990228000000", " 13"},
+        {"20010131000000", INT_MAX, INT_MAX, 1, "20010201000000"},
+    };
+    for (const auto& row : kRows) {
+        RVString from(row.from);
+        RVDateTime object(from);
+        ReportRecorder reports;
+        object.Add_Date(row.years, row.months, row.days);
+        EXPECT_EQ(Db_Of(object), row.expected) << row.from << ' ' << row.months;
+        EXPECT_EQ(Codes(reports), row.codes) << row.from << ' ' << row.months;
+    }
+}
+
+// A moment by seconds since the first one, in a calendar that is not ours.
+struct Moment {
+    using Days = std::chrono::sys_days;
+    static constexpr Days kFirst = std::chrono::year(100) / 1 / 1;
+    static constexpr Days kBehindLast = std::chrono::year(10000) / 1 / 1;
+    static constexpr std::int64_t kCount = (kBehindLast - kFirst).count() * std::int64_t{86400};
+
+    static constexpr std::int64_t kDay0 =
+        (Days(std::chrono::year(1899) / 12 / 30) - kFirst).count() * std::int64_t{86400};
+
+    std::string Text() const {
+        if (seconds < 0 || seconds >= kCount) return "Invalid DateTime";
+        const std::chrono::year_month_day date(kFirst + std::chrono::days(seconds / 86400));
+        const int second = static_cast<int>(seconds % 86400);
+        char text[80];
+        std::snprintf(text, sizeof text, "%04d%02u%02u%02d%02d%02d", int(date.year()),
+                      unsigned(date.month()), unsigned(date.day()), second / 3600, second / 60 % 60,
+                      second % 60);
+        return text;
+    }
+
+    std::int64_t seconds;
+};
+
+TEST(DateTime, RandomSumsAndOrders) {
+    constexpr std::uint64_t kSeed = 20260101;
+    SCOPED_TRACE("seed " + std::to_string(kSeed));
+    std::mt19937_64 random(kSeed);
+    const auto pick = [&random](std::int64_t last) {
+        return static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(last + 1));
+    };
+    Moment before = {Moment::kDay0};
+    RVDateTime earlier;
+    for (int i = 0; i < 1'000'000; ++i) {
+        // Half of them near day 0, where the scale of numbers turns.
+        Moment moment = {i % 2 ? pick(Moment::kCount - 1)
+                               : Moment::kDay0 - 500'000 + pick(1'000'000)};
+        RVString text(moment.Text().c_str());
+        RVDateTime object(text);
+        ASSERT_EQ(object < earlier, moment.seconds < before.seconds) << text.GetString();
+        ASSERT_EQ(object == earlier, moment.seconds == before.seconds) << text.GetString();
+        earlier = object;
+        before = moment;
+
+        const int range = i % 3 ? 100'000 : 100'000'000;
+        const int hours = static_cast<int>(pick(range) - range / 2) / 3600;
+        const int minutes = static_cast<int>(pick(range) - range / 2) / 60;
+        const int seconds = static_cast<int>(pick(range) - range / 2);
+        const int days = static_cast<int>(pick(range) - range / 2) / 86400;
+        object.Add_Time(hours, minutes, seconds);
+        moment.seconds += hours * std::int64_t{3600} + minutes * std::int64_t{60} + seconds;
+        ASSERT_EQ(Db_Of(object), moment.Text())
+            << text.GetString() << ' ' << hours << ' ' << minutes << ' ' << seconds;
+        if (moment.seconds < 0 || moment.seconds >= Moment::kCount) continue;
+        object.Add_Date(0, 0, days);
+        moment.seconds += days * std::int64_t{86400};
+        ASSERT_EQ(Db_Of(object), moment.Text()) << text.GetString() << ' ' << days;
+    }
+}
+
+TEST(DateTime, LeapYearsAndDaysOfTheWeek) {
+    ReportRecorder reports;
+    for (int year = -1; year <= 10000; ++year) {
+        const bool known = year >= 1 && year <= 9998;
+        ASSERT_EQ(RVDateTime::Is_Leap_Year(year), known && std::chrono::year(year).is_leap())
+            << year;
+        ASSERT_EQ(Codes(reports), known ? "" : " 13") << year;
+    }
+    for (auto day = Moment::kFirst; day < Moment::kBehindLast; day += std::chrono::days(97)) {
+        const std::int64_t days = (day - Moment::kFirst).count();
+        RVString text(Moment{days * 86400}.Text().c_str());
+        ASSERT_EQ(RVDateTime(text).Get_Day_Of_Week(),
+                  static_cast<short>(std::chrono::weekday(day).c_encoding() + 1))
+            << text.GetString();
+    }
+}
+
+TEST(DateTime, CountsOfSeconds) {
+    constexpr struct {
+        const char* why;
+        const char* zone;
+        LONG time70;
+        const char* local;
+        LONG time80;
+    } kRows[] = {
+        {"UTC", "UTC0", 315532800, "19800101000000", 0},
+        {"one hour east, in summer", "CET-1CEST", 962452800, "20000701140000", 646927200},
+        {"west, without summer time", "EST5", 315550800, "19800101000000", 0},
+        {"west in winter", "EST5EDT", 1609520400, "20210101120000", 1293969600},
+        {"west in summer", "EST5EDT", 1625155200, "20210701120000", 1309608000},
+        {"half an hour", "IST-5:30", 1700000000, "20231115034320", 1384487000},
+        {"45 minutes", "NPT-5:45", 1700000000, "20231115035820", 1384487900},
+        {"last second of 32 bits", "UTC0", INT_MAX, "20380119031407", 1831950847},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.why);
+        rv_test::Set_Time_Zone(row.zone);
+        RVDateTime from70(row.time70, false), from80(row.time80, true);
+        EXPECT_EQ(Db_Of(from70), row.local);
+        EXPECT_EQ(Db_Of(from80), row.local);
+        EXPECT_EQ(Seconds_Of(from70, false), std::to_string(row.time70));
+        EXPECT_EQ(Seconds_Of(from70, true), std::to_string(row.time80));
+        EXPECT_EQ(from70.Time70_To_Time80(row.time70), row.time80);
+        EXPECT_EQ(from70.Time80_To_Time70(row.time80), row.time70);
+    }
+}
+
+TEST(DateTime, CountsThatAreNone) {
+    constexpr struct {
+        const char* why;
+        const char* zone;
+        const char* local;
+        const char *time70, *time80;  // with the codes reported
+    } kRows[] = {
+        {"before 1970", "XYZ-14", "19691231235959", "0", "0"},
+        {"before 1980", "UTC0", "19790101000000", "283996800", "0"},
+        {"behind the last second of 32 bits", "UTC0", "20380119031408", "-2147483648", "0 13"},
+        {"where the low 32 bits begin anew", "UTC0", "21060207062816", "0", "-315532800"},
+        {"early in 1970, east", "XYZ-14", "19700101000000", "thrown 77", "0"},
+        {"year 9999", "UTC0", "99991231235959", "thrown 77", "thrown 77"},
+    };
+    const auto count = [](RVDateTime& object, bool time80) {
+        ReportRecorder reports;
+        LONG seconds = 77;
+        std::string outcome;
+        try {
+            object.Get_Value(seconds, time80);
+        } catch (const ATL::CAtlException& error) {
+            EXPECT_EQ(error.m_hr, E_INVALIDARG);
+            outcome = "thrown ";
+        }
+        return outcome + std::to_string(seconds) + Codes(reports);
+    };
+    for (const auto& row : kRows) {
+        rv_test::Set_Time_Zone(row.zone);
+        RVString text(row.local);
+        RVDateTime object(text);
+        EXPECT_EQ(count(object, false), row.time70) << row.why;
+        EXPECT_EQ(count(object, true), row.time80) << row.why;
+    }
+    ReportRecorder reports;
+    RVDateTime none(-1, false), wrapped(INT_MAX, true);
+    EXPECT_EQ(Held_By(none), "1 0");
+    EXPECT_EQ(Held_By(wrapped), "0 25569");
+    EXPECT_EQ(none.Time70_To_Time80(-1), 0);
+    EXPECT_EQ(none.Time80_To_Time70(INT_MIN), 0);
+    EXPECT_EQ(Codes(reports), " 13 13 13");
+    const FailingAllocation failing(0);
+    RVDateTime nothing(0, false);
+    EXPECT_EQ(Held_By(nothing) + Codes(reports), "none 23");
 }
 
 TEST(DateTime, Constructors) {
