@@ -22,12 +22,13 @@ using rv_bench::Figure;
 
 constexpr int kTurns = 3;
 
-// One contender of one work, with the speed of each turn in bytes per second.
+// One contender of one work, with the speed of each turn in bytes or items per second.
 struct Contender {
     std::string name;
     std::string full_name;  // as Google Benchmark filters by it
-    std::vector<double> speeds;
-    std::string error;
+    std::vector<double> speeds = {};
+    bool counts_items = false;
+    std::string error = {};
 };
 
 struct Work {
@@ -86,7 +87,10 @@ public:
                 m_Contender.error = run.error_message;
                 continue;
             }
-            const auto speed = run.counters.find("bytes_per_second");
+            const auto bytes = run.counters.find("bytes_per_second");
+            const auto items = run.counters.find("items_per_second");
+            m_Contender.counts_items = bytes == run.counters.end();
+            const auto speed = m_Contender.counts_items ? items : bytes;
             if (speed != run.counters.end()) m_Contender.speeds.push_back(speed->second);
         }
     }
@@ -126,7 +130,7 @@ std::vector<Work> Find_Works() {
         auto found = std::find_if(works.begin(), works.end(),
                                   [&](const Work& known) { return known.name == work; });
         if (found == works.end()) found = works.insert(works.end(), Work{work, {}});
-        found->contenders.push_back({name, full_name, {}, {}});
+        found->contenders.push_back({name, full_name});
     }
     return works;
 }
@@ -150,6 +154,17 @@ double Median(std::vector<double> numbers) {
 
 double Speed(const Contender& contender) {
     return contender.error.empty() ? Median(contender.speeds) : 0;
+}
+
+// Megabytes a second, or the nanoseconds that an item takes.
+std::string Speed_Text(const Contender& contender) {
+    const double speed = Speed(contender);
+    char text[32];
+    if (contender.counts_items)
+        std::snprintf(text, sizeof text, "%9.1f ns  ", speed > 0 ? 1e9 / speed : 0);
+    else
+        std::snprintf(text, sizeof text, "%9.1f MB/s", speed / 1e6);
+    return text;
 }
 
 bool Concerns(const Bar& bar, const Contender& peer) {
@@ -198,7 +213,7 @@ void Print_Peer(const Contender& peer, double ours, const std::vector<Duel>& due
         return;
     }
     const double ratio = Speed(peer) > 0 ? ours / Speed(peer) : 0;
-    std::printf("    %-28s %9.1f  %6.2f", peer.name.c_str(), Speed(peer) / 1e6, ratio);
+    std::printf("    %-28s %s  %6.2f", peer.name.c_str(), Speed_Text(peer).c_str(), ratio);
     for (const Duel& duel : duels)
         if (duel.rival == &peer) std::printf("  %s", Verdict(*duel.bar, ratio, tally).c_str());
     std::printf("\n");
@@ -211,7 +226,8 @@ void Print_Work(const Work& work, Tally& tally) {
     const double speed = own ? Speed(*own) : 0;
     const std::vector<Duel> duels = Duels_Of(work);
 
-    std::printf("%s\n    %-28s %9.1f\n", work.name.c_str(), "ours", speed / 1e6);
+    std::printf("%s\n    %-28s %s\n", work.name.c_str(), "ours",
+                own ? Speed_Text(*own).c_str() : "missing");
     if (own && !own->error.empty()) std::printf("    ours failed: %s\n", own->error.c_str());
     for (const Contender& peer : work.contenders)
         if (&peer != own) Print_Peer(peer, speed, duels, tally);
@@ -294,7 +310,7 @@ int main(int count, char** arguments) {
     Print_Figures(tally);
     std::vector<Work> works = Find_Works();
     if (!works.empty())
-        std::printf("%-32s %9s  %6s  %5s\n", "work (medians of three turns)", "MB/s", "ratio",
+        std::printf("%-32s %14s  %6s  %5s\n", "work (medians of three turns)", "speed", "ratio",
                     "bar");
     for (Work& work : works) {
         Take_Turns(work);

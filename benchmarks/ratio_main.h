@@ -2,7 +2,7 @@
 // table.
 //
 // A benchmark is registered with Google Benchmark under "<work>/ours" or "<work>/<peer>", with its
-// bytes processed set. The contenders of one work are run in turn, three times over, and the
+// bytes or its items processed set. The contenders of one work are run in turn, three times over, and the
 // medians are compared.
 #pragma once
 
