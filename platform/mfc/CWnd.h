@@ -19,6 +19,7 @@ public:
     // Makes the window, of a class that the system knows. `place` is in pixels, of the screen or,
     // with WS_CHILD, of the parent's inside; only without that may `parent` be null. The window
     // ends with its parent; without WS_CHILD, with the one outside of all children that it is in.
+    // `id` is a child's; 0 for other windows.
     // FALSE on failure, with the reason for GetLastError: ERROR_INVALID_PARAMETER for an object
     // that has a window, which it keeps.
     virtual BOOL CreateEx(DWORD extended_style, const char* class_name, const char* text,
