@@ -556,12 +556,11 @@ private:
 // then.
 bool Number_Of(const Reading& reading, ULONG half, DATE& number) noexcept {
     if ((half == VAR_DATEVALUEONLY && !reading.Has_Date()) ||
-        (half == VAR_TIMEVALUEONLY && !reading.Has_Time()))
+        (half == VAR_TIMEVALUEONLY && !reading.Has_Time()) || reading.year > 9999)
         return false;
     const auto word = [](int part) { return static_cast<WORD>(part); };
     SYSTEMTIME form = {1899, 12, 0, 30, 0, 0, 0, 0};
     if (reading.Has_Date()) {
-        if (reading.year < 0 || reading.year > 9999) return false;
         form.wYear = word(reading.year);
         form.wMonth = word(reading.month);
         form.wDay = word(reading.day);
@@ -573,11 +572,14 @@ bool Number_Of(const Reading& reading, ULONG half, DATE& number) noexcept {
     }
     DATE both;
     if (!SystemTimeToVariantTime(&form, &both)) return false;
-    const DATE day = std::trunc(both);
-    number = half == VAR_TIMEVALUEONLY   ? std::fabs(both - day)
-             : half == VAR_DATEVALUEONLY ? day
-                                         : both;
-    return true;
+    if (half == 0) number = both;
+    if (half == VAR_DATEVALUEONLY) number = std::trunc(both);
+    if (half != VAR_TIMEVALUEONLY) return true;
+    // Made anew, since the difference of the two would be less exact.
+    form.wYear = 1899;
+    form.wMonth = 12;
+    form.wDay = 30;
+    return SystemTimeToVariantTime(&form, &number) != 0;
 }
 
 // Where one way to read the text gives no moment, the next one may.

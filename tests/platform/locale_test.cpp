@@ -59,6 +59,10 @@ TEST_F(Locale, ReadsDatesAndTimes) {
     };
     for (const auto& row : kRows)
         EXPECT_EQ(Read(row.text, row.flags), row.form) << row.text << " flags " << row.flags;
+    DATE number = 0;
+    wchar_t text[] = L"12/31/2029 23:59:58";
+    ASSERT_EQ(VarDateFromStr(text, LOCALE_USER_DEFAULT, VAR_TIMEVALUEONLY, &number), S_OK);
+    EXPECT_EQ(number, 86398 / 86400.0) << "as exact as without a date";
 }
 
 TEST_F(Locale, RefusesWhatIsNone) {
