@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <ctime>
 #include <new>
-#include <source_location>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -44,13 +43,14 @@ constexpr int kFirstYearOfTime80 = 1980;
 constexpr ULONG kFallbackFlags = LOCALE_NOUSEROVERRIDE | VAR_DATEVALUEONLY;
 constexpr int kLocaleTextRoom = 64;
 
-void Report(ReportCode code, std::source_location where = std::source_location::current()) {
-    pProgrammer_Error(code, "rvdatetm", where.line(), true);
+// The line is that of the caller.
+void Report(ReportCode code, ULONG line = __builtin_LINE()) {
+    pProgrammer_Error(code, "rvdatetm", line, true);
 }
 
 // Ends an operation with its report, and with false or 0 for its result.
-bool Refuse(ReportCode code, std::source_location where = std::source_location::current()) {
-    Report(code, where);
+bool Refuse(ReportCode code, ULONG line = __builtin_LINE()) {
+    Report(code, line);
     return false;
 }
 
@@ -101,10 +101,9 @@ Parts Read_Parts(const COleDateTime& value) {
     return {form.wYear, form.wMonth, form.wDay, form.wHour, form.wMinute, form.wSecond};
 }
 
-short Get_Part(const COleDateTime* value, WORD SYSTEMTIME::*part,
-               std::source_location where = std::source_location::current()) {
+short Get_Part(const COleDateTime* value, WORD SYSTEMTIME::*part, ULONG line = __builtin_LINE()) {
     if (!value) {
-        Report(kNoHeldValue, where);
+        Report(kNoHeldValue, line);
         return 0;
     }
     SYSTEMTIME form;
@@ -118,13 +117,13 @@ void Set_From_Halves(COleDateTime& target, const Parts& date, const Parts& time)
 }
 
 bool Set_Part(COleDateTime* value, int Parts::*part, short amount, unsigned short last,
-              std::source_location where = std::source_location::current()) {
-    if (!value) return Refuse(kNoHeldValue, where);
-    if (static_cast<unsigned short>(amount) > last) return Refuse(kBadValue, where);
+              ULONG line = __builtin_LINE()) {
+    if (!value) return Refuse(kNoHeldValue, line);
+    if (static_cast<unsigned short>(amount) > last) return Refuse(kBadValue, line);
     Parts parts = Read_Parts(*value);
     parts.*part = amount;
     Set_From_Calendar(*value, parts);
-    return value->m_status == COleDateTime::valid || Refuse(kPartRefused, where);
+    return value->m_status == COleDateTime::valid || Refuse(kPartRefused, line);
 }
 
 // The scale of numbers is not continuous below zero: -1.25 is 06:00 of the day before day 0. These
