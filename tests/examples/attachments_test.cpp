@@ -59,10 +59,9 @@ protected:
 
     // Calls the program with `arguments`, as one types them.
     Outcome Call(const std::string& arguments, const std::string& before = "") {
-        const std::string program = fs::path(ATTACHMENTS_PROGRAM).make_preferred().string();
         const std::string out = m_Outside / "out";
         const std::string err = m_Outside / "err";
-        const int code = Run_Command(before + '"' + program + "\" " + arguments + " >\"" + out +
+        const int code = Run_Command(before + '"' + m_Program + "\" " + arguments + " >\"" + out +
                                      "\" 2>\"" + err + '"');
         Outcome outcome{code, Read_File(out), Read_File(err)};
         std::erase(outcome.out, '\r');
@@ -93,6 +92,7 @@ protected:
     }
 
     const fs::path m_Before = fs::current_path();
+    const std::string m_Program = fs::absolute(ATTACHMENTS_PROGRAM).make_preferred().string();
     rv_test::ScratchDirectory m_Scratch;
     rv_test::ScratchDirectory m_Outside;  // for what the test itself needs
     rv_test::TempDirectory m_Temp;
