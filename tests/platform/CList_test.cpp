@@ -76,7 +76,7 @@ TEST(CList, TakesNodesByTheBlockAndKeepsThemUntilAllAreRemoved) {
     const struct {
         INT_PTR block_size;
         int elements;
-        long blocks;
+        int blocks;
     } kRows[] = {{10, 0, 0}, {10, 1, 1}, {10, 10, 1}, {10, 11, 2},
                  {1, 7, 7},  {0, 7, 7},  {64, 65, 2}};
     for (const auto& row : kRows) {

@@ -133,7 +133,7 @@ TEST(CMap, TakesMemoryWhenItSays) {
         UINT buckets;
         BOOL now;
         ULONG entries;
-        long allocations;
+        int allocations;
     } kRows[] = {{"nothing yet", 0, TRUE, 0, 0},      {"table and block", 0, TRUE, 1, 2},
                  {"one block", 0, TRUE, 10, 2},       {"a second block", 0, TRUE, 11, 3},
                  {"sized now", 50, TRUE, 0, 1},       {"sized later", 50, FALSE, 0, 0},

@@ -47,6 +47,7 @@ TEST(ZoneFiles, LocalTimeBothWays) {
          "2024-07-01 12:00 summer"},
         {"summer time of former years", "America/Sao_Paulo", 10800, 1291212000,
          "2010-12-01 12:00 summer"},
+        {"a local time before 1970", "America/New_York", 18000, 0, "1969-12-31 19:00"},
         {"last second of 32 bits", "America/New_York", 18000, 2147483647, "2038-01-18 22:14"},
         {"no such zone", "Nowhere/Land", 0, 1705320000, "2024-01-15 12:00"},
         {"a zone without a name", "", 0, 1705320000, "2024-01-15 12:00"},

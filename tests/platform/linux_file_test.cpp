@@ -3,17 +3,18 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
+#include <optional>
 #include <string>
 #include <thread>
 
+#include "environment.h"
+#include "file_size_limit.h"
 #include "file_support.h"
 #include "scratch.h"
 
@@ -25,18 +26,6 @@ using rv_test::Catch;
 using rv_test::Open;
 using rv_test::Read_File;
 
-// Calls `operation` under a limit of the process.
-template <class Operation>
-auto Limited(__rlimit_resource resource, rlim_t value, Operation operation) {
-    struct rlimit before;
-    getrlimit(resource, &before);
-    const struct rlimit limit = {value, before.rlim_max};
-    setrlimit(resource, &limit);
-    auto result = operation();
-    setrlimit(resource, &before);
-    return result;
-}
-
 TEST(LinuxFile, PipesSocketsAndDirectoriesAreRefusedWithoutWaiting) {
     const rv_test::ScratchDirectory scratch;
     ASSERT_EQ(mkfifo((scratch / "pipe").c_str(), 0600), 0);
@@ -47,12 +36,11 @@ TEST(LinuxFile, PipesSocketsAndDirectoriesAreRefusedWithoutWaiting) {
     const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
     ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     for (const std::string name : {"pipe", "link", "socket", "directory"}) {
-        for (const DWORD access : {GENERIC_READ, GENERIC_WRITE, GENERIC_READ | GENERIC_WRITE}) {
+        for (const DWORD access : {GENERIC_READ, GENERIC_WRITE, GENERIC_READ | GENERIC_WRITE})
             for (const DWORD disposition : {CREATE_ALWAYS, OPEN_EXISTING}) {
                 EXPECT_EQ(Open(scratch / name, disposition, access), INVALID_HANDLE_VALUE);
                 EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED) << name << ' ' << access;
             }
-        }
         EXPECT_EQ(DeleteFileA((scratch / name).c_str()), name == "link") << name;
         EXPECT_EQ(fs::exists(fs::symlink_status(scratch / name)), name != "link") << name;
     }
@@ -65,14 +53,19 @@ TEST(LinuxFile, LinksAreFollowedExceptByWhatMustBeNew) {
     fs::create_symlink("target", scratch / "link");
     fs::create_symlink("nowhere", scratch / "dangling");
     fs::create_symlink("loop", scratch / "loop");
-    for (const char* const name : {"link", "dangling", "loop"}) {
-        EXPECT_EQ(Open(scratch / name, CREATE_NEW, GENERIC_WRITE), INVALID_HANDLE_VALUE);
-        EXPECT_EQ(GetLastError(), ERROR_FILE_EXISTS) << name;
+    const struct {
+        const char* name;
+        DWORD disposition;
+        DWORD error;
+    } rows[] = {{"link", CREATE_NEW, ERROR_FILE_EXISTS},
+                {"dangling", CREATE_NEW, ERROR_FILE_EXISTS},
+                {"loop", CREATE_NEW, ERROR_FILE_EXISTS},
+                {"dangling", OPEN_EXISTING, ERROR_FILE_NOT_FOUND},
+                {"loop", OPEN_EXISTING, ERROR_CANT_RESOLVE_FILENAME}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(Open(scratch / row.name, row.disposition, GENERIC_WRITE), INVALID_HANDLE_VALUE);
+        EXPECT_EQ(GetLastError(), row.error) << row.name;
     }
-    EXPECT_EQ(Open(scratch / "dangling", OPEN_EXISTING, GENERIC_READ), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(Open(scratch / "loop", OPEN_EXISTING, GENERIC_READ), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), ERROR_CANT_RESOLVE_FILENAME);
     CFile((scratch / "link").c_str(), CFile::modeWrite).Write("TEXT", 4);
     EXPECT_TRUE(DeleteFileA((scratch / "link").c_str()));
     EXPECT_EQ(Read_File(scratch / "target"), "TEXT");
@@ -95,11 +88,10 @@ TEST(LinuxFile, LimitsAndFullDisksAreErrors) {
     const std::string bytes(10000, 'x');
     CFile file((scratch / "file").c_str(), CFile::modeCreate | CFile::modeWrite);
     CFile full("/dev/full", CFile::modeReadWrite);
-    const auto write = [&] { file.Write(bytes.data(), 10000); };
-    // The default of the signal for this limit is the end of the process.
-    for (const auto& thrown : {Limited(RLIMIT_FSIZE, 4096, [&] { return Catch(write); }),
-                               Limited(RLIMIT_FSIZE, 4096, [&] { return Catch(write); }),
-                               Catch([&] { full.Write("x", 1); })}) {
+    for (CFile* const target : {&file, &file, &full}) {
+        // The default of the signal for this limit is the end of the process.
+        const rv_test::FileSizeLimit limit(4096);
+        const auto thrown = Catch([&] { target->Write(bytes.data(), 10000); });
         EXPECT_EQ(thrown.cause, CFileException::diskFull);
         EXPECT_EQ(thrown.os_error, ERROR_DISK_FULL);
     }
@@ -164,7 +156,7 @@ TEST(LinuxPath, SeparatorsAndDrives) {
     fs::create_directory_symlink("E", scratch / "drives/D");
     fs::create_directory(scratch / "drives/x");
     rv_test::Write_File(scratch / "drives/F", "no directory");
-    setenv("RVUTILS_DRIVES", (scratch / "drives").c_str(), 1);
+    std::optional<rv_test::Environment> drives(std::in_place, "RVUTILS_DRIVES", scratch / "drives");
     const std::string here = fs::current_path();
     const struct {
         const char* path;
@@ -194,15 +186,13 @@ TEST(LinuxPath, SeparatorsAndDrives) {
     EXPECT_EQ(Read_File(scratch / "drives/E/made"), "x");
     EXPECT_EQ(Catch([] { CFile none("Z:\\none", CFile::modeRead); }).cause,
               CFileException::badPath);
-    unsetenv("RVUTILS_DRIVES");
+    drives.reset();
     EXPECT_EQ(Full_Path("D:\\name"), "(error 3)") << "no drives but C:";
 }
 
 TEST(LinuxPath, TheTemporaryDirectory) {
-    const char* const variable = std::getenv("TMPDIR");
-    const std::string before = variable ? variable : "";
     const auto answer = [](const char* directory) -> std::string {
-        setenv("TMPDIR", directory, 1);
+        const rv_test::Environment variable("TMPDIR", directory);
         char buffer[1000];
         return GetTempPathA(sizeof(buffer), buffer) != 0 ? buffer : "(none)";
     };
@@ -210,7 +200,6 @@ TEST(LinuxPath, TheTemporaryDirectory) {
     EXPECT_EQ(answer("/nowhere//"), "/nowhere/");
     EXPECT_EQ(answer("C:\\nowhere"), "/nowhere/");
     EXPECT_EQ(answer("here"), fs::current_path() / "here/") << "good when the directory changes";
-    variable ? setenv("TMPDIR", before.c_str(), 1) : unsetenv("TMPDIR");
 }
 
 TEST(LinuxPath, NoLengthOfTheCurrentDirectoryIsTooLong) {
