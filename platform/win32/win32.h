@@ -2,6 +2,7 @@
 #pragma once
 
 #include "bstr.h"
+#include "critical_section.h"
 #include "crttime.h"
 #include "date_time_picker.h"
 #include "error.h"

@@ -1,0 +1,67 @@
+// Locks, and the objects that take them.
+#pragma once
+
+#include <atomic>
+
+#include "../export.h"
+#include "../winapi.h"
+
+// Something that threads take and release.
+class RVPLATFORM_API CSyncObject {
+public:
+    CSyncObject() = default;
+    CSyncObject(const CSyncObject&) = delete;
+    CSyncObject& operator=(const CSyncObject&) = delete;
+    virtual ~CSyncObject();
+
+    // Waits until the calling thread has it. FALSE when it cannot be had.
+    virtual BOOL Lock() = 0;
+    // By the thread that has it.
+    virtual BOOL Unlock() = 0;
+};
+
+// A lock inside of one process. The thread that holds it may take it again; each taking needs its
+// own release. Waits without limit.
+class RVPLATFORM_API CCriticalSection : public CSyncObject {
+public:
+    // Throws CMemoryException* when the system cannot set up the lock.
+    CCriticalSection();
+    ~CCriticalSection() override;
+
+    BOOL Lock() override;
+    BOOL Unlock() override;
+
+private:
+    CRITICAL_SECTION m_Section;
+};
+
+// Takes and releases a lock, and remembers whether it holds it. The lock must outlive it.
+//
+// There is one mark, not one for each thread: it is written only by the thread that holds the lock,
+// after taking it and before letting it go. Any thread may read it.
+class CSingleLock {
+public:
+    explicit CSingleLock(CSyncObject* object) : m_Object(object) {}
+    CSingleLock(const CSingleLock&) = delete;
+    CSingleLock& operator=(const CSingleLock&) = delete;
+    // Releases the lock if it is held.
+    ~CSingleLock() { Unlock(); }
+
+    // Takes the lock and sets the mark. FALSE when it could not be had.
+    BOOL Lock() {
+        if (!m_Object->Lock()) return FALSE;
+        m_IsLocked.store(true, std::memory_order_relaxed);
+        return TRUE;
+    }
+    // Releases the lock and clears the mark; FALSE, and nothing else, when the mark is not set.
+    BOOL Unlock() {
+        if (!IsLocked()) return FALSE;
+        m_IsLocked.store(false, std::memory_order_relaxed);
+        return m_Object->Unlock();
+    }
+    BOOL IsLocked() const noexcept { return m_IsLocked.load(std::memory_order_relaxed); }
+
+private:
+    CSyncObject* m_Object;
+    std::atomic<bool> m_IsLocked = false;
+};
