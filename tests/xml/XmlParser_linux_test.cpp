@@ -74,14 +74,18 @@ TEST_F(XmlParserOnLinux, NoTemporaryDirectory) {
     }
 }
 
-// The names of the coming seconds are taken by links to a file that must stay as it is.
+// The names that come next are taken by links to a file that must stay as it is.
 TEST_F(XmlParserOnLinux, BodiesArePrivateAndFollowNoLink) {
     const std::string treasure = m_Scratch / "treasure";
     Write_File(treasure, "untouched");
-    const std::time_t now = std::time(nullptr);
-    for (std::time_t second = now - 5; second < now + 400; ++second) {
+    ASSERT_TRUE(Load("<a><![CDATA[the first]]></a>"));
+    std::tm local{};
+    strptime(fs::directory_iterator(m_Temp.Path())->path().filename().c_str(),
+             "ZORTmp_%Y%m%d%H%M%S.tmp", &local);
+    local.tm_isdst = -1;
+    const std::time_t first = std::mktime(&local);
+    for (std::time_t second = first + 1; second < first + 400; ++second) {
         char name[64];
-        std::tm local{};
         std::strftime(name, sizeof name, "ZORTmp_%Y%m%d%H%M%S.tmp", localtime_r(&second, &local));
         fs::create_symlink(second % 2 ? treasure : m_Scratch / "dangling", m_Temp.Path() / name);
     }
