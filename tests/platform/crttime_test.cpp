@@ -78,6 +78,7 @@ TEST(LocalTime, WhatNoClockShows) {
         std::tm local = {};
         EXPECT_NE(_localtime64_s(&local, &seconds), 0) << seconds;
         EXPECT_EQ(local.tm_year, -1) << seconds;
+        EXPECT_EQ(local.tm_isdst, -1) << seconds;
     }
 }
 
