@@ -138,7 +138,11 @@ TEST(RVString, ThrowsWithoutMemoryAndKeepsTheText) {
                 if (way == 2) text = wide;
                 if (way == 3 && !text.Load_String(nullptr, 16)) ADD_FAILURE();
                 if (way == 4 && !text.Load_String(nullptr, 1025)) ADD_FAILURE();
-                if (way == 5) SysFreeString(text.Get_BSTR());
+                if (way == 5) {
+                    BSTR const given = text.Get_BSTR();
+                    EXPECT_NE(given, nullptr);
+                    SysFreeString(given);
+                }
                 EXPECT_EQ(Bytes(text) == "before", way == 5);
             } catch (CMemoryException* exception) {
                 exception->Delete();
