@@ -18,7 +18,11 @@ using BSTR = OLECHAR*;
 // null. Null without memory.
 [[nodiscard]] RVPLATFORM_API BSTR SysAllocStringLen(const OLECHAR* text, UINT length) noexcept;
 
+// The same with a length in bytes, which need not make whole characters.
+[[nodiscard]] RVPLATFORM_API BSTR SysAllocStringByteLen(LPCSTR bytes, UINT length) noexcept;
+
 RVPLATFORM_API void SysFreeString(BSTR text) noexcept;
 
-// Length in characters.
+// Length in characters, and in bytes.
 [[nodiscard]] RVPLATFORM_API UINT SysStringLen(BSTR text) noexcept;
+[[nodiscard]] RVPLATFORM_API UINT SysStringByteLen(BSTR text) noexcept;

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 using BOOL = int;
+using CHAR = char;
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using SHORT = std::int16_t;
@@ -28,6 +29,7 @@ using LPSTR = char*;
 using LPCSTR = const char*;
 using LPWSTR = wchar_t*;
 using LPCWSTR = const wchar_t*;
+using PVOID = void*;
 using LPVOID = void*;
 using LPCVOID = const void*;
 using HANDLE = void*;
@@ -41,5 +43,6 @@ using HANDLE = void*;
 #define MAX_PATH 260
 
 inline constexpr HRESULT S_OK = 0;
+inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
 inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
