@@ -2,7 +2,7 @@
 #
 #     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
 
-set(families "^(vtable for |typeinfo for |typeinfo name for )?(RVXmlParser|RVDateTime|RVNameCache|pBase64_)")
+set(families "^(vtable for |typeinfo for |typeinfo name for )?(RVXmlParser|RVDateTime|RVNameCache|RVVariant|pBase64_)")
 
 if(LIBRARY MATCHES "\\.dll$")
   execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
