@@ -7,6 +7,7 @@
 #include "date_time_picker.h"
 #include "error.h"
 #include "file.h"
+#include "guid.h"
 #include "handle.h"
 #include "locale.h"
 #include "module.h"
