@@ -614,15 +614,15 @@ bool Read(const UserLocale& user, string_view text, ULONG half, DATE& number) no
 // False: it is too long, or has characters that the thread's encoding lacks.
 bool Narrow(const OLECHAR* text, char (&narrow)[kLongestText + 1], string_view& result) noexcept {
     std::size_t length = 0;
-    bool is_ascii = true;
+    bool is_bytes = true;  // ASCII, and bytes without meaning in the thread's encoding
     for (; text[length] != L'\0'; ++length) {
         if (length == kLongestText) return false;
         const auto unit = static_cast<std::uint32_t>(text[length]);
-        is_ascii = is_ascii && unit < 0x80;
+        is_bytes = is_bytes && (unit < 0x80 || (unit >= 0xDC80 && unit <= 0xDCFF));
         narrow[length] = static_cast<char>(unit);
     }
     result = {narrow, length};
-    if (is_ascii) return true;
+    if (is_bytes) return true;
     BOOL replaced = FALSE;
     const int count = WideCharToMultiByte(CP_THREAD_ACP, 0, text, static_cast<int>(length), narrow,
                                           sizeof narrow, nullptr, &replaced);

@@ -25,42 +25,84 @@ constexpr bool Is_Plain(wchar_t character) noexcept {
     return character >= L' ' && character <= L'}' && character != L'\\';
 }
 
+// The encodings whose characters are read and written here; the C library takes long for each.
+enum class Encoding { kAscii, kUtf8, kOther };
+
+Encoding Encoding_Of_Thread() noexcept {
+    const char* const name = nl_langinfo(CODESET);
+    if (std::strcmp(name, "UTF-8") == 0) return Encoding::kUtf8;
+    return std::strcmp(name, "ANSI_X3.4-1968") == 0 ? Encoding::kAscii : Encoding::kOther;
+}
+
+// Characters of two or three bytes in UTF-8, as most are.
+constexpr bool Is_Short_Utf8(unsigned character) noexcept {
+    return character >= 0x80 && character <= 0xFFFF && (character & 0xF800) != 0xD800;
+}
+
 // Reads the characters of a narrow text one by one.
 class NarrowReader {
 public:
-    NarrowReader(const char* text, std::size_t length) noexcept : m_At(text), m_Left(length) {}
+    NarrowReader(const char* text, std::size_t length) noexcept
+        : m_At(reinterpret_cast<const unsigned char*>(text)), m_Left(length) {}
 
     bool Next(wchar_t& character) noexcept {
         if (m_Left == 0) return false;
-        if (const auto byte = static_cast<unsigned char>(*m_At); Is_Plain(byte)) {
-            character = byte;
-            ++m_At;
-            --m_Left;
-            return true;
+        if (Is_Plain(*m_At) || (*m_At < 0x80 && m_Encoding != Encoding::kOther)) {
+            character = *m_At;
+            Skip(1);
+        } else if (m_Encoding == Encoding::kAscii) {
+            character = kLoneBase + *m_At;
+            Skip(1);
+        } else if (m_Encoding != Encoding::kUtf8 || !Read_Short_Utf8(character)) {
+            Read_Any(character);
         }
-        std::size_t used = std::mbrtowc(&character, m_At, m_Left, &m_State);
-        if (used > m_Left || character > kLastCharacter) {  // not valid, or cut off at the end
-            m_State = {};
-            character = static_cast<wchar_t>(kLoneBase + static_cast<unsigned char>(*m_At));
-            used = 1;
-        }
-        if (used == 0) used = 1;  // a NUL character
-        m_At += used;
-        m_Left -= used;
         return true;
     }
 
 private:
-    const char* m_At;
+    void Skip(std::size_t count) noexcept {
+        m_At += count;
+        m_Left -= count;
+    }
+
+    // The lower bits of the byte at `index`, beyond 0xFF when it does not go on with a character.
+    unsigned Continuation(std::size_t index) const noexcept {
+        return index < m_Left && (m_At[index] & 0xC0) == 0x80 ? m_At[index] & 0x3FU : 0x10000U;
+    }
+
+    bool Read_Short_Utf8(wchar_t& character) noexcept {
+        const bool has_three = (*m_At & 0xF0) == 0xE0;
+        if (!has_three && (*m_At & 0xE0) != 0xC0) return false;
+        const unsigned number = has_three
+                                    ? (*m_At & 0x0FU) << 12 | Continuation(1) << 6 | Continuation(2)
+                                    : (*m_At & 0x1FU) << 6 | Continuation(1);
+        // Not one that has a shorter form.
+        if (!Is_Short_Utf8(number) || has_three != (number >= 0x800)) return false;
+        character = static_cast<wchar_t>(number);
+        Skip(has_three ? 3 : 2);
+        return true;
+    }
+
+    void Read_Any(wchar_t& character) noexcept {
+        std::size_t used =
+            std::mbrtowc(&character, reinterpret_cast<const char*>(m_At), m_Left, &m_State);
+        if (used > m_Left || character > kLastCharacter) {  // not valid, or cut off at the end
+            m_State = {};
+            character = kLoneBase + *m_At;
+            used = 1;
+        }
+        Skip(used == 0 ? 1 : used);  // a NUL character counts as none
+    }
+
+    const unsigned char* m_At;
     std::size_t m_Left;
+    const Encoding m_Encoding = Encoding_Of_Thread();
     std::mbstate_t m_State = {};
 };
 
 // The bytes of one wide character in the thread's encoding.
 class NarrowCharacter {
 public:
-    NarrowCharacter() noexcept : m_Is_Utf8(std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0) {}
-
     // False: the encoding lacks the character, and `replacement` stands for it.
     bool Set(wchar_t character, char replacement) noexcept {
         if (Is_Plain(character)) {
@@ -71,8 +113,9 @@ public:
             Set_Byte(static_cast<char>(character - kLoneBase));
             return true;
         }
-        if (m_Is_Utf8 && Is_Short(character)) {
-            Set_Utf8(static_cast<unsigned>(character));
+        const auto number = static_cast<unsigned>(character);
+        if (m_Encoding == Encoding::kUtf8 && Is_Short_Utf8(number)) {
+            Set_Short_Utf8(number);
             return true;
         }
         std::mbstate_t state = {};
@@ -91,11 +134,7 @@ private:
         m_Length = 1;
     }
 
-    // Of two or three bytes; most characters are, and the C library takes long for each.
-    static constexpr bool Is_Short(wchar_t character) noexcept {
-        return character >= 0x80 && character <= 0xFFFF && (character & 0xF800) != 0xD800;
-    }
-    void Set_Utf8(unsigned character) noexcept {
+    void Set_Short_Utf8(unsigned character) noexcept {
         m_Length = 0;
         if (character < 0x800) {
             m_Bytes[m_Length++] = static_cast<char>(0xC0 | character >> 6);
@@ -106,7 +145,7 @@ private:
         m_Bytes[m_Length++] = static_cast<char>(0x80 | (character & 0x3F));
     }
 
-    bool m_Is_Utf8;
+    const Encoding m_Encoding = Encoding_Of_Thread();
     char m_Bytes[MB_LEN_MAX];
     std::size_t m_Length = 0;
 };
@@ -115,13 +154,15 @@ private:
 template <class Unit>
 class Output {
 public:
-    Output(Unit* target, int room) noexcept : m_Target(target), m_Room(room) {}
+    Output(Unit* target, int room) noexcept
+        : m_Target(target), m_Limit(room == 0 ? INT_MAX : static_cast<std::size_t>(room)) {}
 
     // False: they do not fit. Units that belong together are written together.
     bool Put(const Unit* units, std::size_t count) noexcept {
-        const std::size_t limit = m_Room == 0 ? INT_MAX : static_cast<std::size_t>(m_Room);
-        if (count > limit - m_Count) return false;
-        if (m_Room != 0) std::memcpy(m_Target + m_Count, units, count * sizeof(Unit));
+        if (count > m_Limit - m_Count) return false;
+        if (m_Target)
+            for (std::size_t i = 0; i < count; ++i)
+                m_Target[m_Count + i] = units[i];
         m_Count += count;
         return true;
     }
@@ -129,8 +170,8 @@ public:
     int Count() const noexcept { return static_cast<int>(m_Count); }
 
 private:
-    Unit* m_Target;
-    int m_Room;
+    Unit* const m_Target;  // null to count
+    const std::size_t m_Limit;
     std::size_t m_Count = 0;
 };
 
@@ -156,7 +197,7 @@ int MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR source, int length, 
     if (error != ERROR_SUCCESS) return Refuse(error);
     NarrowReader reader(source,
                         length < 0 ? std::strlen(source) + 1 : static_cast<std::size_t>(length));
-    Output<wchar_t> output(target, room);
+    Output<wchar_t> output(room == 0 ? nullptr : target, room);
     for (wchar_t character; reader.Next(character);)
         if (!output.Put(&character, 1)) return Refuse(ERROR_INSUFFICIENT_BUFFER);
     return output.Count();
@@ -169,7 +210,7 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR source, int length,
     const wchar_t* const end =
         source + (length < 0 ? std::wcslen(source) + 1 : static_cast<std::size_t>(length));
     const char substitute = replacement ? *replacement : '?';
-    Output<char> output(target, room);
+    Output<char> output(room == 0 ? nullptr : target, room);
     NarrowCharacter character;
     if (replaced) *replaced = FALSE;
     for (const wchar_t* at = source; at != end; ++at) {
