@@ -6,7 +6,6 @@
 #include <new>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 
 #include "../frame/RVDev.h"
 #include "../platform/mfc/CException.h"
@@ -288,10 +287,10 @@ RVString Invalid_Text() {
     return length > 0 ? CString(text, length) : CString("Invalid DateTime");
 }
 
-char* Put_Digits(char* at, unsigned number, int count) {
-    for (int digit = count; digit-- > 0; number /= 10)
-        at[digit] = static_cast<char>('0' + number % 10);
-    return at + count;
+char* Put_Two_Digits(char* at, unsigned number) {
+    at[0] = static_cast<char>('0' + number / 10);
+    at[1] = static_cast<char>('0' + number % 10);
+    return at + 2;
 }
 
 // The year has four digits below 1000, too: with three the text would not be read again.
@@ -304,10 +303,12 @@ void Give_Db_Text(const COleDateTime& value, RVString& text) {
         text = Invalid_Text();
     } else {
         char digits[kDbTextLength];
-        char* end = Put_Digits(digits, parts.st.wYear, 4);
-        for (const WORD part :
-             {parts.st.wMonth, parts.st.wDay, parts.st.wHour, parts.st.wMinute, parts.st.wSecond})
-            end = Put_Digits(end, part, 2);
+        const SYSTEMTIME& form = parts.st;
+        char* end = Put_Two_Digits(digits, form.wYear / 100U);
+        for (const unsigned part :
+             {form.wYear % 100U, unsigned{form.wMonth}, unsigned{form.wDay}, unsigned{form.wHour},
+              unsigned{form.wMinute}, unsigned{form.wSecond}})
+            end = Put_Two_Digits(end, part);
         text.SetString(digits, static_cast<int>(end - digits));
     }
 }
@@ -323,17 +324,17 @@ BSTR Make_Wide(const RVString& text, const char* trace) {
     }
 }
 
-// The bytes of `text` made wide, with a terminator.
+// A text made wide, with its terminator.
 class WideText {
 public:
-    explicit WideText(const RVString& text) {
-        const int length = text.GetLength() + 1;
-        if (length > kLocaleTextRoom)
-            m_Block.reset(rv::Heap_Allocate(sizeof(OLECHAR) * static_cast<std::size_t>(length)));
-        OLECHAR* const room =
-            length > kLocaleTextRoom ? static_cast<OLECHAR*>(m_Block.get()) : m_Room;
-        if (room && MultiByteToWideChar(CP_THREAD_ACP, 0, text, length, room, length) != 0)
-            m_Text = room;
+    WideText(const char* text, int length) {
+        const int room = length + 1;
+        if (room > kLocaleTextRoom)
+            m_Block.reset(rv::Heap_Allocate(sizeof(OLECHAR) * static_cast<std::size_t>(room)));
+        OLECHAR* const wide =
+            room > kLocaleTextRoom ? static_cast<OLECHAR*>(m_Block.get()) : m_Room;
+        if (wide && MultiByteToWideChar(CP_THREAD_ACP, 0, text, room, wide, room) != 0)
+            m_Text = wide;
     }
     WideText(const WideText&) = delete;
     WideText& operator=(const WideText&) = delete;
@@ -347,9 +348,10 @@ private:
     OLECHAR* m_Text = nullptr;
 };
 
-// False leaves status `invalid`, and the number 0.0 for a text that is no date, else -1.0.
-bool Parse_Text(COleDateTime& target, const RVString& text, ULONG flags) {
-    const WideText wide(text);
+// `length` leaves the terminator out. False leaves status `invalid`, and the number 0.0 for a text
+// that is no date, else -1.0.
+bool Parse_Text(COleDateTime& target, const char* text, int length, ULONG flags) {
+    const WideText wide(text, length);
     if (!wide.Get()) {
         target = {0.0, COleDateTime::invalid};
         return false;
@@ -363,6 +365,10 @@ bool Parse_Text(COleDateTime& target, const RVString& text, ULONG flags) {
     return false;
 }
 
+bool Parse_Text(COleDateTime& target, const RVString& text, ULONG flags) {
+    return Parse_Text(target, text.GetString(), text.GetLength(), flags);
+}
+
 RVString Format_Locale(const COleDateTime& value, ULONG flags) {
     if (value.m_status == COleDateTime::null) return {};
     CComBSTR text;
@@ -372,20 +378,26 @@ RVString Format_Locale(const COleDateTime& value, ULONG flags) {
     return CString(text.m_str);
 }
 
-// What one of the locale formatters writes; nothing where it fails.
+// Writes what one of the locale formatters gives, with a terminator, and gives its length; 0 where
+// it fails. `text` has kLocaleTextRoom.
 template <class Formatter>
-RVString Locale_Text(Formatter formatter, DWORD flags, const SYSTEMTIME& form) {
-    char text[kLocaleTextRoom];
+int Write_Locale_Text(Formatter formatter, DWORD flags, const SYSTEMTIME& form, char* text) {
     const int length = formatter(LOCALE_USER_DEFAULT, flags, &form, nullptr, text, kLocaleTextRoom);
-    return length > 0 ? CString(text, length - 1) : CString();
+    if (length > 0) return length - 1;
+    *text = '\0';
+    return 0;
 }
 
-// `form` is null for a value without one.
-RVString Date_Text(const COleDateTime& value, const SYSTEMTIME* form) {
-    if (!form) return Format_Locale(value, kFallbackFlags);
-    RVString date = Locale_Text(GetDateFormatA, DATE_SHORTDATE, *form);
-    COleDateTime read_back;
-    return Parse_Text(read_back, date, 0) ? date : Format_Locale(value, kFallbackFlags);
+// `form` is null for a value without one. `text` has kTextRoom.
+int Write_Date_Text(const COleDateTime& value, const SYSTEMTIME* form, char* text) {
+    if (form) {
+        const int length = Write_Locale_Text(GetDateFormatA, DATE_SHORTDATE, *form, text);
+        COleDateTime read_back;
+        if (Parse_Text(read_back, text, length, 0)) return length;
+    }
+    const RVString plain = Format_Locale(value, kFallbackFlags);
+    const std::string_view fits = View(plain).substr(0, kTextRoom);
+    return static_cast<int>(fits.copy(text, fits.size()));
 }
 
 }  // namespace
@@ -746,11 +758,12 @@ void RVDateTime::Get_Time_Value(CDateTimeCtrl& control) {
 void RVDateTime::Format_Display_String(RVString& text, COleDateTime& value, bool date, bool time) {
     SYSTEMTIME form;
     const bool has_form = Get_Calendar(value, form);
-    RVString display;
-    if (date) display = Date_Text(value, has_form ? &form : nullptr);
-    if (date && time) display += ' ';
-    if (time && has_form) display += Locale_Text(GetTimeFormatA, 0, form);
-    text = std::move(display);
+    char display[kTextRoom + 1 + kLocaleTextRoom];
+    int length = 0;
+    if (date) length = Write_Date_Text(value, has_form ? &form : nullptr, display);
+    if (date && time) display[length++] = ' ';
+    if (time && has_form) length += Write_Locale_Text(GetTimeFormatA, 0, form, display + length);
+    text.SetString(display, length);
 }
 
 void RVDateTime::Get_Value(RVString& text) {
