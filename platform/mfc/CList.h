@@ -3,6 +3,7 @@
 
 #include <cassert>
 #include <cstddef>
+#include <type_traits>
 #include <utility>
 
 #include "../winapi.h"
@@ -43,6 +44,12 @@ public:
         return Insert(Node_At(position), element);
     }
 
+    // Says that `count` elements are about to be added: memory for them is taken in larger blocks.
+    // Ours: the published class has nothing like it.
+    void Expect(INT_PTR count) noexcept {
+        m_Pool.Expect(count > 0 ? static_cast<std::size_t>(count) : 0);
+    }
+
     // Takes the first element off the list, which must not be empty.
     TYPE RemoveHead() {
         assert(m_Head);
@@ -53,10 +60,11 @@ public:
     void RemoveAt(POSITION position) noexcept { Remove(Node_At(position)); }
     // Gives the memory back, too.
     void RemoveAll() noexcept {
-        while (Node* const node = m_Head) {
-            m_Head = node->m_Next;
-            node->~Node();
+        if constexpr (!std::is_trivially_destructible_v<TYPE>) {
+            for (Node* node = m_Head; node;)
+                std::exchange(node, node->m_Next)->~Node();
         }
+        m_Head = nullptr;
         m_Tail = nullptr;
         m_Count = 0;
         m_Pool.Clear();

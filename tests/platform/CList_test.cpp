@@ -57,6 +57,8 @@ TEST(CList, BehavesLikeTheStandardListThroughEveryFailure) {
                 } else if (kind < 97 && !after.empty()) {
                     EXPECT_EQ(list.RemoveHead(), after.front());
                     after.pop_front();
+                } else if (kind == 97) {
+                    list.Expect(static_cast<INT_PTR>(random() % 50) - 10);
                 } else if (kind == 99) {
                     list.RemoveAll();
                     after.clear();
@@ -75,10 +77,11 @@ TEST(CList, BehavesLikeTheStandardListThroughEveryFailure) {
 TEST(CList, TakesNodesByTheBlockAndKeepsThemUntilAllAreRemoved) {
     const struct {
         INT_PTR block_size;
-        int elements;
+        int expected, elements;
         int blocks;
-    } kRows[] = {{10, 0, 0}, {10, 1, 1}, {10, 10, 1}, {10, 11, 2},
-                 {1, 7, 7},  {0, 7, 7},  {64, 65, 2}};
+    } kRows[] = {{10, 0, 0, 0},   {10, 0, 1, 1},   {10, 0, 10, 1}, {10, 0, 11, 2},
+                 {1, 0, 7, 7},    {0, 0, 7, 7},    {64, 0, 65, 2}, {10, 3, 10, 1},
+                 {10, 25, 25, 1}, {10, 25, 26, 2}, {10, -1, 11, 2}};
     for (const auto& row : kRows) {
         List list(row.block_size);
         const auto fill = [&] {
@@ -88,6 +91,7 @@ TEST(CList, TakesNodesByTheBlockAndKeepsThemUntilAllAreRemoved) {
         EXPECT_EQ(rv_test::Sweep_Allocations([&] {
                       list.RemoveAll();
                       try {
+                          list.Expect(row.expected);
                           fill();
                       } catch (CMemoryException* exception) {
                           exception->Delete();
