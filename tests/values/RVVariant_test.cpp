@@ -15,6 +15,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "allocation_sweep.h"
 #include "owning_variants.h"
 
 namespace {
@@ -126,6 +127,15 @@ TEST(RVVariant, GivesItsValueToOneTypeAlone) {
         EXPECT_EQ(row.variant.vt, row.tag);
         EXPECT_EQ(Readers(row.variant), row.readers);
     }
+}
+
+TEST(RVVariant, TakesNoMemoryForPlainTypes) {
+    const auto make_and_read = [] {
+        const RVVariant variants[] = {'A', short{1}, 2, 3L, 4UL, 0.5F, 0.25, true};
+        for (const RVVariant& variant : variants)
+            EXPECT_NE(Readers(variant), "");
+    };
+    EXPECT_EQ(rv_test::Sweep_Allocations(make_and_read), 0);
 }
 
 TEST(RVVariant, HoldsOneReferenceAndGivesItBack) {
