@@ -2,7 +2,13 @@
 #
 #     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
 
-set(families "^(vtable for |typeinfo for |typeinfo name for )?(RVXmlParser|RVDateTime|RVNameCache|RVVariant|pBase64_)")
+set(prefix "vtable for |typeinfo for |typeinfo name for |(unsigned )?int ")
+set(classes RVDateTime RVDwordCrossRef RVEditingStatus RVGUIDNode RVNameCache RVStringPacker
+  RVVariant RVXmlParser)
+set(functions pBase64_ "(HashKey|CompareElements)<RVGUIDNode")
+list(JOIN classes "|" classes)
+list(JOIN functions "|" functions)
+set(families "^(${prefix})?(${classes}|${functions})")
 
 if(LIBRARY MATCHES "\\.dll$")
   execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
