@@ -1,4 +1,4 @@
-// Where the entry of an id stands.
+// What belongs to an id.
 #pragma once
 
 #include <bit>
@@ -11,19 +11,27 @@
 
 namespace rv {
 
-// A hash table from 32-bit ids to positions below 4,294,967,295. Every operation takes constant
-// time, Reserve_One on the whole. Nine bytes a slot, at most two thirds of them taken. A byte for
-// each slot stands apart from the rest: what is not there is mostly told by these alone, which stay
-// in the processor's caches.
-class IdIndex {
+// A hash table from 32-bit ids to plain values, of which `None` is not entered. Every operation
+// takes constant time, Reserve_One on the whole. At most two thirds of the slots are taken. A byte
+// for each slot stands apart from the rest: what is not there is mostly told by these alone, which
+// stay in the processor's caches.
+template <class Value, Value None>
+class IdTable {
 public:
-    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    static constexpr Value kNone = None;
 
-    // The position of an id, kNone for one that is not there.
-    std::uint32_t Find(ULONG id) const noexcept {
+    // The value of an id, kNone for one that is not there.
+    Value Find(ULONG id) const noexcept {
         if (m_Tags.empty()) return kNone;
         const std::size_t place = Place_Of(id);
-        return m_Tags[place] == kFree ? kNone : m_Slots[place].position;
+        return m_Tags[place] == kFree ? kNone : m_Slots[place].value;
+    }
+
+    // Calls `visit` with every value.
+    template <class Visit>
+    void For_Each(Visit visit) const {
+        for (std::size_t place = 0; place < m_Tags.size(); ++place)
+            if (m_Tags[place] != kFree) visit(m_Slots[place].value);
     }
 
     // Makes room for one more id. Throws CMemoryException*, and nothing has changed.
@@ -31,12 +39,12 @@ public:
         if (3 * (m_Count + 1) > 2 * m_Tags.size()) Grow();
     }
 
-    // Sets the position of an id, which is new, after Reserve_One, or there already.
-    void Set(ULONG id, std::uint32_t position) noexcept {
+    // Sets the value of an id, which is new, after Reserve_One, or there already.
+    void Set(ULONG id, Value value) noexcept {
         const std::size_t place = Place_Of(id);
         if (m_Tags[place] == kFree) ++m_Count;
         m_Tags[place] = Tag_Of(Hash_Of(id));
-        m_Slots[place] = {id, position};
+        m_Slots[place] = {id, value};
     }
 
     // Takes out an id that is there. Those behind it move up, so that no search ends early.
@@ -54,12 +62,12 @@ public:
     }
 
     // Gives the memory back, too.
-    void Clear() noexcept { *this = IdIndex(); }
+    void Clear() noexcept { *this = IdTable(); }
 
 private:
     struct Slot {
         ULONG id = 0;
-        std::uint32_t position = 0;
+        Value value = None;
     };
 
     static constexpr std::size_t kFirstSize = 16;  // a power of two, as every size
@@ -93,12 +101,12 @@ private:
     }
 
     void Grow() {
-        IdIndex larger;
+        IdTable larger;
         const std::size_t size = m_Tags.empty() ? kFirstSize : 2 * m_Tags.size();
         larger.m_Tags.resize(size, kFree);
         larger.m_Slots.resize(size);
         for (std::size_t place = 0; place < m_Tags.size(); ++place)
-            if (m_Tags[place] != kFree) larger.Set(m_Slots[place].id, m_Slots[place].position);
+            if (m_Tags[place] != kFree) larger.Set(m_Slots[place].id, m_Slots[place].value);
         *this = std::move(larger);
     }
 
@@ -106,5 +114,8 @@ private:
     std::vector<Slot, HeapAllocator<Slot>> m_Slots;  // as many
     std::size_t m_Count = 0;
 };
+
+// Where the entry of an id stands.
+using IdIndex = IdTable<std::uint32_t, 0xFFFFFFFF>;
 
 }  // namespace rv
