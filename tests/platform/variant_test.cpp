@@ -45,22 +45,16 @@ TEST(Variant, TakesTheTagsThatThereAre) {
         }
 }
 
-TEST(Variant, KeepsTheSixteenBytesOfTheWidestNumber) {
-    VARIANT source, target = Empty();
-    std::memset(&source, 0x5A, sizeof source);
-    source.vt = VT_DECIMAL;
-    ASSERT_EQ(VariantCopy(&target, &source), S_OK);
-    EXPECT_EQ(std::memcmp(&target, &source, 16), 0);
-    EXPECT_EQ(VariantCopy(&target, &target), S_OK);
-    EXPECT_EQ(target.vt, VT_DECIMAL) << "copied to itself";
-}
-
 TEST(Variant, CopiesArraysDeepOrNotAtAll) {
-    CountedObject object;
+    CountedObject object, old_value;
     VARIANT source = rv_test::Nested_Array(object);
     rv_test::Sweep_Allocations([&] {
         VARIANT target = Empty();
+        target.vt = VT_UNKNOWN;
+        target.punkVal = &old_value;
+        old_value.AddRef();
         const HRESULT status = VariantCopy(&target, &source);
+        EXPECT_EQ(old_value.Held(), 0);
         if (status != S_OK) {
             EXPECT_EQ(status, E_OUTOFMEMORY);
             EXPECT_EQ(target.vt, VT_EMPTY);
@@ -98,8 +92,6 @@ TEST(SafeArray, HasZeroElementsOfThePublishedSize) {
         ASSERT_EQ(array != nullptr, kBytes[type] != 0);
         if (!array) continue;
         EXPECT_EQ(array->cbElements, kBytes[type]);
-        EXPECT_EQ(array->rgsabound[0].lLbound, -3);
-        EXPECT_EQ(array->rgsabound[0].cElements, 5u);
         const auto* const bytes = static_cast<const BYTE*>(array->pvData);
         EXPECT_TRUE(std::all_of(bytes, bytes + 5 * kBytes[type], [](BYTE byte) { return !byte; }));
         array->cLocks = 1;

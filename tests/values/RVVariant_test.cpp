@@ -4,16 +4,15 @@
 #include <RVUtils/RVVariant.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <initializer_list>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 
 #include "allocation_sweep.h"
 #include "owning_variants.h"
@@ -158,24 +157,6 @@ TEST(RVVariant, HoldsOneReferenceAndGivesItBack) {
     EXPECT_EQ(object.Held(), 0);
 }
 
-TEST(RVVariant, CopiesTextsByTheirBytes) {
-    const wchar_t characters[] = L"a\0bc";
-    for (UINT bytes = 0; bytes < sizeof characters; ++bytes) {
-        VARIANT source;
-        source.vt = VT_BSTR;
-        source.bstrVal = SysAllocStringByteLen(reinterpret_cast<const char*>(characters), bytes);
-        RVVariant copy, first(source);
-        copy = first;
-        VariantClear(&source);
-        first = RVVariant();
-        wchar_t* text = nullptr;
-        ASSERT_EQ(copy.Get_Value(text), S_OK);
-        EXPECT_EQ(text, copy.bstrVal);
-        ASSERT_EQ(SysStringByteLen(text), bytes);
-        EXPECT_EQ(std::memcmp(text, characters, bytes), 0);
-    }
-}
-
 TEST(RVVariant, MakesTextsWideByTheirCountedLength) {
     RVString text = "a";
     text += '\0';
@@ -188,26 +169,20 @@ TEST(RVVariant, MakesTextsWideByTheirCountedLength) {
 
 TEST(RVVariant, ReadsAnyArrayByItsBytes) {
     const ULONG numbers[] = {0x00020001, 0xFFFFFFFF, 0x80007FFF};
-    const std::pair<VARTYPE, ULONG> kinds[] = {{VT_UI4, 3}, {VT_R4, 3}, {VT_I2, 6}, {VT_UI1, 12}};
-    for (const auto& [type, count] : kinds) {
-        SCOPED_TRACE(type);
-        VARIANT source;
-        source.vt = static_cast<VARTYPE>(VT_ARRAY | type);
-        source.parray = SafeArrayCreateVector(type, -7, count);
-        std::memcpy(source.parray->pvData, numbers, sizeof numbers);
+    for (const VARTYPE type : {VT_UI4, VT_R4}) {
+        VARIANT source = rv_test::Array_Of<ULONG>(type, {numbers[0], numbers[1], numbers[2]});
         const RVVariant copy(source);
         std::memset(source.parray->pvData, 0, sizeof numbers);
         RVVariant reference;
         reference.pparray = const_cast<SAFEARRAY**>(&copy.parray);
-        reference.vt = VT_BYREF | VT_ARRAY | VT_UI4;
+        reference.vt = static_cast<VARTYPE>(VT_BYREF | VT_ARRAY | type);
         for (const RVVariant* variant : {&copy, static_cast<const RVVariant*>(&reference)}) {
-            unsigned long longs[4] = {7, 7, 7, 7};
-            short shorts[6] = {7, 7, 7, 7, 7, 7};
-            EXPECT_EQ(variant->Get_Value(longs, 3), S_OK);
-            EXPECT_EQ(variant->Get_Value(shorts, 5), S_OK);
-            EXPECT_TRUE(std::ranges::equal(
-                longs, std::array{0x00020001ul, 0xFFFFFFFFul, 0x80007FFFul, 7ul}));
-            EXPECT_TRUE(std::ranges::equal(shorts, std::array{1, 2, -1, -1, 32767, 7}));
+            std::array<unsigned long, 4> longs = {7, 7, 7, 7};
+            std::array<short, 6> shorts = {7, 7, 7, 7, 7, 7};
+            EXPECT_EQ(variant->Get_Value(longs.data(), 3), S_OK);
+            EXPECT_EQ(variant->Get_Value(shorts.data(), 5), S_OK);
+            EXPECT_EQ(longs, (std::array{0x00020001ul, 0xFFFFFFFFul, 0x80007FFFul, 7ul}));
+            EXPECT_EQ(shorts, (std::array<short, 6>{1, 2, -1, -1, 32767, 7}));
             EXPECT_EQ(Readers(*variant), "");
         }
         VariantClear(&source);
@@ -255,6 +230,37 @@ TEST(RVVariant, TellsTheStatusOfACopyThatFails) {
     EXPECT_EQ(locked.scode, DISP_E_ARRAYISLOCKED);
     array->cLocks = 0;
     EXPECT_EQ(SafeArrayDestroy(array), S_OK);
+}
+
+// Only our own layer takes the memory of texts and arrays where it can be refused.
+TEST(RVVariant, HoldsTheStatusWhereMemoryRunsOut) {
+    CountedObject object, old_value;
+    RVString text = "of RVString";
+    VARIANT nested = rv_test::Nested_Array(object);
+    const RVVariant source(nested);
+    const std::function<RVVariant()> kMakers[] = {
+        [] { return RVVariant(L"wide"); },
+        [] { return RVVariant("narrow"); },
+        [&] { return RVVariant(text); },
+        [&] { return RVVariant(nested); },
+    };
+    for (const auto& make : kMakers)
+        rv_test::Sweep_Allocations([&] {
+            RVVariant target(&old_value);
+            try {
+                const RVVariant made = make();
+                target = source;
+                EXPECT_EQ(target.vt, source.vt);
+                EXPECT_FALSE(rv_test::FailingAllocation::Failed());
+            } catch (CMemoryException* error) {
+                error->Delete();
+                EXPECT_TRUE(target.vt == VT_DISPATCH || target.scode == E_OUTOFMEMORY);
+                EXPECT_EQ(target.vt == VT_DISPATCH, old_value.Held() == 1);
+                EXPECT_EQ(object.Held(), 4);
+            }
+        });
+    VariantClear(&nested);
+    EXPECT_EQ(object.Held() + old_value.Held(), 2) << "those of the source";
 }
 
 }  // namespace
