@@ -25,7 +25,7 @@ void Check_Parts(RVDateTime& object) {
     object.Get_Db_Value(text);
     Check(RVDateTime::Validate_Db_Value(text) == has_moment);
     object.Get_Fixed_Date_Time(fixed);
-    Check(fixed.GetLength() == (has_moment ? 19 : 26));
+    Check(fixed.GetLength() == (has_moment ? 19 : 25));
     if (!has_moment) {
         Check(object.Get_Second() == -1 && object.Get_Day_Of_Week() == -1);
         return;
