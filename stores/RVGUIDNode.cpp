@@ -2,6 +2,16 @@
 
 #include <utility>
 
+// Sees the text in place of HashKey: compilers disagree on exported specialisations as friends.
+struct rv::GUIDNodeHash {
+    static UINT Of(const RVGUIDNode& node) noexcept {
+        UINT hash = 0;
+        for (int at = 0; at < node.m_Text.GetLength(); ++at)
+            hash = hash * 33 + static_cast<UINT>(static_cast<signed char>(node.m_Text[at]));
+        return hash;
+    }
+};
+
 RVGUIDNode::RVGUIDNode() noexcept = default;
 
 RVGUIDNode::RVGUIDNode(GUID guid, void* pointer) : m_Pointer(pointer) {
@@ -40,10 +50,7 @@ int RVGUIDNode::operator==(const RVGUIDNode& other) const noexcept {
 
 template <>
 UINT HashKey<RVGUIDNode&>(RVGUIDNode& node) {
-    UINT hash = 0;
-    for (int at = 0; at < node.m_Text.GetLength(); ++at)
-        hash = hash * 33 + static_cast<UINT>(static_cast<signed char>(node.m_Text[at]));
-    return hash;
+    return rv::GUIDNodeHash::Of(node);
 }
 
 template <>

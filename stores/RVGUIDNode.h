@@ -7,6 +7,10 @@
 #include "../platform/mfc/CString.h"
 #include "../platform/winapi.h"
 
+namespace rv {
+struct GUIDNodeHash;
+}  // namespace rv
+
 // A GUID with a pointer that the node carries and never looks behind; what it points to belongs to
 // somebody else. A CMap takes nodes as its keys, and nodes with the same GUID as the same key:
 //
@@ -34,7 +38,7 @@ public:
     int operator==(const RVGUIDNode& other) const noexcept;
 
 private:
-    friend RVUTILS_API UINT HashKey<RVGUIDNode&>(RVGUIDNode& node);
+    friend struct rv::GUIDNodeHash;
 
     CString m_Text;  // of the GUID, 38 characters; empty before Set_GUID
     GUID m_Guid = {};
