@@ -106,7 +106,7 @@ void RVNameCache::Remove_Association(ULONG id) {
 
 void RVNameCache::Remove_All() {
     const Hold hold(m_ScanLock);
-    m_Associations = {};
+    m_Associations = Items<Association>();
     m_Index.Clear();
 }
 
@@ -137,7 +137,7 @@ RVNameCache::Items<RVNameCache::ScanKey> RVNameCache::Sorted_Keys() const {
 void RVNameCache::Start_Scan() {
     m_ScanLock.Lock();
     m_Cursor = 0;
-    m_ScanList = {};
+    m_ScanList = Items<RVNameItem>();
     Items<RVNameItem> items;
     items.reserve(m_Associations.size());
     for (const ScanKey& key : Sorted_Keys())
