@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <future>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -108,20 +109,20 @@ TEST(RVDev, SinkMayReportAndReplaceItself) {
 // The setter returns only after the last call into the old sink; the new one works already.
 TEST(RVDev, ReplacingWaitsForTheCallsInTheOldSink) {
     struct Gate {
-        std::atomic<bool> m_Entered = false, m_Open = false, m_Left = false;
+        std::promise<void> m_Entered, m_Open;
+        std::atomic<bool> m_Left = false;
     } gate;
     const ReportRecorder restoring;
     pSet_Programmer_Error_Sink({[](void* context, unsigned int code, const char*, ULONG) {
                                     if (code != 1) return;
                                     auto& self = *static_cast<Gate*>(context);
-                                    self.m_Entered = true;
-                                    self.m_Entered.notify_all();
-                                    self.m_Open.wait(false);
+                                    self.m_Entered.set_value();
+                                    self.m_Open.get_future().wait();
                                     self.m_Left = true;
                                 },
                                 nullptr, &gate});
     std::thread reporter([] { Report(1); });
-    gate.m_Entered.wait(false);
+    gate.m_Entered.get_future().wait();
     std::atomic<int> reached_new = 0;
     std::atomic<bool> returned = false;
     bool left_before_return = false;
@@ -139,8 +140,7 @@ TEST(RVDev, ReplacingWaitsForTheCallsInTheOldSink) {
     for (int round = 0; round < 1000; ++round)
         std::this_thread::yield();
     EXPECT_FALSE(returned);
-    gate.m_Open = true;
-    gate.m_Open.notify_all();
+    gate.m_Open.set_value();
     setter.join();
     reporter.join();
     EXPECT_TRUE(left_before_return);
