@@ -24,6 +24,7 @@ using INT_PTR = std::intptr_t;
 using UINT_PTR = std::uintptr_t;
 using HRESULT = std::int32_t;
 using LCID = DWORD;
+using ATOM = WORD;
 
 using LPSTR = char*;
 using LPCSTR = const char*;
@@ -33,6 +34,9 @@ using PVOID = void*;
 using LPVOID = void*;
 using LPCVOID = const void*;
 using HANDLE = void*;
+using HICON = struct HICON__*;
+using HCURSOR = HICON;
+using HBRUSH = struct HBRUSH__*;
 
 #ifndef FALSE
 #define FALSE 0

@@ -3,28 +3,14 @@
 #include <atomic>
 #include <string_view>
 
-#include "date_time_picker.h"
 #include "error.h"
+#include "window_class.h"
 #include "window_object.h"
+#include "window_registry.h"
 
 namespace {
 
 using rv::Window;
-
-// Gives a window of a class, null without memory.
-using WindowMaker = Window* (*)(DWORD style) noexcept;
-
-constexpr struct {
-    std::string_view name;
-    WindowMaker make;
-} kClasses[] = {{DATETIMEPICK_CLASSA, &rv::Make_Date_Time_Picker}};
-
-WindowMaker Find_Class(LPCSTR name) noexcept {
-    for (const auto& entry : kClasses) {
-        if (name && entry.name == name) return entry.make;
-    }
-    return nullptr;
-}
 
 // Some of the system's calls give a meaning of its own to handles that 16 bits can hold.
 std::atomic<std::uintptr_t> g_NextHandle = 0x10000;
@@ -56,12 +42,15 @@ public:
         return window;
     }
 
-    HWND Add(Window& window, DWORD style, Window* parent) noexcept {
+    HWND Add(Window& window, std::string_view class_name, DWORD style, Window* parent) noexcept {
         window.m_IsChild = (style & WS_CHILD) != 0;
         // A child owns nothing: in its place, the window does that it is somewhere inside of.
         while (!window.m_IsChild && parent && parent->m_IsChild)
             parent = parent->m_Parent;
-        window.m_Handle = reinterpret_cast<HWND>(g_NextHandle++);
+        if (!window.m_IsChild)
+            window.m_Handle =
+                rv::window_registry::Add(class_name, parent ? parent->m_Handle : nullptr);
+        if (!window.m_Handle) window.m_Handle = reinterpret_cast<HWND>(g_NextHandle++);
         Push(Bucket_Of(window.m_Handle), window, &Window::m_NextInBucket);
         window.m_Parent = parent;
         if (parent) Push(parent->m_FirstChild, window, &Window::m_NextSibling);
@@ -105,6 +94,7 @@ private:
         Take_Out(Bucket_Of(window.m_Handle), window, &Window::m_NextInBucket);
         if (window.m_Parent)
             Take_Out(window.m_Parent->m_FirstChild, window, &Window::m_NextSibling);
+        if (!window.m_IsChild) rv::window_registry::Remove(window.m_Handle);
     }
 };
 
@@ -131,13 +121,16 @@ HWND Refuse(DWORD error) noexcept {
 HWND CreateWindowExA(DWORD, LPCSTR class_name, LPCSTR, DWORD style, int, int, int, int, HWND parent,
                      HMENU, HINSTANCE, LPVOID) noexcept {
     static thread_local rv::ThreadWindows windows;
-    const WindowMaker make = Find_Class(class_name);
-    if (!make) return Refuse(ERROR_CANNOT_FIND_WND_CLASS);
+    const rv::WindowClass* const window_class = rv::Find_Window_Class(class_name ? class_name : "");
+    if (!window_class) return Refuse(ERROR_CANNOT_FIND_WND_CLASS);
     if (!parent && (style & WS_CHILD)) return Refuse(ERROR_TLW_WITH_WSCHILD);
     Window* const above = parent ? Window_Of(parent) : nullptr;
     if (parent && !above) return nullptr;
-    Window* const window = make(style);
-    return window ? windows.Add(*window, style, above) : Refuse(ERROR_NOT_ENOUGH_MEMORY);
+    Window* const window = window_class->make(*window_class, style);
+    if (!window) return Refuse(ERROR_NOT_ENOUGH_MEMORY);
+    HWND const handle = windows.Add(*window, window_class->name, style, above);
+    if ((style & (WS_VISIBLE | WS_CHILD)) == WS_VISIBLE) ShowWindow(handle, SW_SHOW);
+    return handle;
 }
 
 BOOL DestroyWindow(HWND window) noexcept {
@@ -147,10 +140,64 @@ BOOL DestroyWindow(HWND window) noexcept {
 }
 
 BOOL IsWindow(HWND window) noexcept {
-    return Window_Of(window) != nullptr;
+    if (rv::ThreadWindows::Find(window) || rv::window_registry::Get_State(window)) return TRUE;
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return FALSE;
 }
 
 LRESULT SendMessageA(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
     Window* const found = Window_Of(window);
     return found ? found->Receive(message, first, second) : 0;
+}
+
+HWND FindWindowA(LPCSTR class_name, LPCSTR) noexcept {
+    HWND const found = rv::window_registry::Find(class_name ? class_name : "");
+    return found ? found : Refuse(ERROR_FILE_NOT_FOUND);
+}
+
+HWND GetLastActivePopup(HWND window) noexcept {
+    HWND const popup = rv::window_registry::Last_Active_Popup(window);
+    return popup ? popup : Refuse(ERROR_INVALID_WINDOW_HANDLE);
+}
+
+BOOL IsIconic(HWND window) noexcept {
+    const auto state = rv::window_registry::Get_State(window);
+    return state && state->iconic;
+}
+
+BOOL IsWindowVisible(HWND window) noexcept {
+    const auto state = rv::window_registry::Get_State(window);
+    return state && state->visible;
+}
+
+BOOL ShowWindow(HWND window, int command) noexcept {
+    const auto show = [window](const rv::window_registry::Showing& showing) noexcept -> BOOL {
+        const auto was_visible = rv::window_registry::Show(window, showing);
+        if (!was_visible) SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+        return was_visible.value_or(false);
+    };
+    switch (command) {
+        case SW_HIDE:
+            return show({.visible = false, .iconic = {}, .activate = false});
+        case SW_SHOW:
+            return show({.visible = true, .iconic = {}, .activate = true});
+        case SW_SHOWNORMAL:
+        case SW_RESTORE:
+            return show({.visible = true, .iconic = false, .activate = true});
+        case SW_MINIMIZE:
+            return show({.visible = true, .iconic = true, .activate = false});
+        default:
+            SetLastError(ERROR_INVALID_PARAMETER);
+            return FALSE;
+    }
+}
+
+BOOL SetForegroundWindow(HWND window) noexcept {
+    const bool done = rv::window_registry::Activate(window);
+    if (!done) SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return done;
+}
+
+HWND GetForegroundWindow() noexcept {
+    return rv::window_registry::Foreground();
 }

@@ -17,6 +17,8 @@ public:
     // The class's procedure. Gives 0 for a message that it does not know.
     [[nodiscard]] virtual LRESULT Receive(UINT message, WPARAM first, LPARAM second) noexcept = 0;
 
+    [[nodiscard]] HWND Handle() const noexcept { return m_Handle; }
+
 private:
     friend class ThreadWindows;
 
