@@ -1,9 +1,9 @@
 #include "DwordCrossRef.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <new>
 
@@ -13,67 +13,42 @@ namespace {
 
 constexpr unsigned int kNoMemory = 23;
 
+// Of ids in a key's first block; later ones are twice as long each.
+constexpr std::uint32_t kFirstCapacity = 4;
+
 }  // namespace
 
-// The referenced ids of one key, in one block that the header stands in front of.
-struct RVDwordCrossRef::Links {
-    // Blocks of 24, 48, 96 ... bytes.
-    static constexpr std::uint32_t kFirstCapacity = 3;
+// Nobody keeps how long a block is: it may end wherever one could that only ever grew.
+bool RVDwordCrossRef::Links::Full() const noexcept {
+    return last >= kFirstCapacity && std::has_single_bit(last);
+}
 
-    static std::size_t Bytes_For(std::uint32_t capacity) noexcept {
-        return sizeof(Links) + capacity * sizeof(ULONG);
+// Makes room for one more in a full block. Throws CMemoryException*.
+void RVDwordCrossRef::Links::Make_Room() {
+    // What is free in front is more than half of the block, which pays for the move.
+    if (first > last / 2) {
+        std::move(begin(), end(), ids);
+        last -= first;
+        first = 0;
+        return;
     }
+    constexpr std::uint32_t kMost = std::uint32_t{1} << 31;
+    if (last == kMost) AfxThrowMemoryException();
+    void* const block = rv::Heap_Reallocate(ids, 2 * std::size_t{last} * sizeof(ULONG));
+    if (!block) AfxThrowMemoryException();
+    ids = static_cast<ULONG*>(block);
+}
 
-    // Null without memory.
-    static Links* Make(ULONG referenced_id) noexcept {
-        void* const block = rv::Heap_Allocate(Bytes_For(kFirstCapacity));
-        if (!block) return nullptr;
-        auto* const links = ::new (block) Links{kFirstCapacity, 0, 0};
-        links->Append(referenced_id);
-        return links;
+// By moving the shorter side, so that ids that go in the order of their coming go at once.
+void RVDwordCrossRef::Links::Remove(ULONG* id) noexcept {
+    if (id - begin() < end() - id) {
+        std::move_backward(begin(), id, id + 1);
+        ++first;
+    } else {
+        std::move(id + 1, end(), id);
+        --last;
     }
-
-    void Append(ULONG referenced_id) noexcept { Ids()[last++] = referenced_id; }
-
-    // By moving the shorter side, so that ids that go in the order of their coming go at once.
-    void Remove(ULONG* id) noexcept {
-        if (id - begin() < end() - id) {
-            std::move_backward(begin(), id, id + 1);
-            ++first;
-        } else {
-            std::move(id + 1, end(), id);
-            --last;
-        }
-    }
-
-    // Makes room for one more in a full block, which may move. Throws CMemoryException*.
-    static Links* Make_Room(Links* links) {
-        // What is free in front is more than half of the block, which pays for the move.
-        if (links->first > links->capacity / 2) {
-            std::move(links->begin(), links->end(), links->Ids());
-            links->last -= links->first;
-            links->first = 0;
-            return links;
-        }
-        constexpr std::uint32_t kMost = std::numeric_limits<std::uint32_t>::max() / 2 - 1;
-        if (links->capacity > kMost) AfxThrowMemoryException();
-        const std::uint32_t capacity = 2 * links->capacity + kFirstCapacity;
-        void* const block = rv::Heap_Reallocate(links, Bytes_For(capacity));
-        if (!block) AfxThrowMemoryException();
-        auto* const grown = static_cast<Links*>(block);
-        grown->capacity = capacity;
-        return grown;
-    }
-
-    bool Full() const noexcept { return last == capacity; }
-    ULONG* Ids() noexcept { return reinterpret_cast<ULONG*>(this + 1); }
-    ULONG* begin() noexcept { return Ids() + first; }
-    ULONG* end() noexcept { return Ids() + last; }
-
-    std::uint32_t capacity;
-    std::uint32_t first;
-    std::uint32_t last;
-};
+}
 
 RVDwordCrossRef::RVDwordCrossRef() noexcept = default;
 
@@ -82,25 +57,27 @@ RVDwordCrossRef::~RVDwordCrossRef() {
 }
 
 void RVDwordCrossRef::Add_Link(ULONG key, ULONG referenced_id) {
-    Links* links = m_Links.Find(key);
+    Links* const links = m_Links.Find(key);
     if (!links) return Add_Key(key, referenced_id);
-    if (links->Full()) m_Links.Set(key, links = Links::Make_Room(links));
-    links->Append(referenced_id);
+    if (links->Full()) links->Make_Room();
+    links->ids[links->last++] = referenced_id;
 }
 
 void RVDwordCrossRef::Add_Key(ULONG key, ULONG referenced_id) {
-    std::unique_ptr<Links, rv::HeapDeleter> links(Links::Make(referenced_id));
-    if (!links) {
+    std::unique_ptr<void, rv::HeapDeleter> block(rv::Heap_Allocate(kFirstCapacity * sizeof(ULONG)));
+    if (!block) {
         pProgrammer_Error(kNoMemory, "DwordCrossRef", __LINE__, true);
         return;
     }
     m_Links.Reserve_One();
-    m_Links.Set(key, links.release());
+    auto* const ids = static_cast<ULONG*>(block.release());
+    ids[0] = referenced_id;
+    m_Links.Set(key, {0, 1, ids});
 }
 
 bool RVDwordCrossRef::Get_Ref_List(ULONG key, CList<ULONG, ULONG>& list) {
     list.RemoveAll();
-    Links* const links = m_Links.Find(key);
+    const Links* const links = m_Links.Find(key);
     if (!links) return false;
     list.Expect(links->end() - links->begin());
     try {
@@ -119,12 +96,12 @@ void RVDwordCrossRef::Remove_Link(ULONG key, ULONG referenced_id) {
     ULONG* const id = std::find(links->begin(), links->end(), referenced_id);
     if (id == links->end()) return;
     links->Remove(id);
-    if (links->begin() != links->end()) return;
+    if (links->first != links->last) return;
+    rv::Heap_Free(links->ids);
     m_Links.Erase(key);
-    rv::Heap_Free(links);
 }
 
 void RVDwordCrossRef::Remove_All_Links() noexcept {
-    m_Links.For_Each([](Links* links) { rv::Heap_Free(links); });
+    m_Links.For_Each([](const Links& links) { rv::Heap_Free(links.ids); });
     m_Links.Clear();
 }

@@ -11,7 +11,7 @@
 // a link from an id to itself.
 //
 // Time: constant for Add_Link, and for Get_Ref_List and Remove_Link beside what they do for each of
-// the key's links, however many keys there are. Memory: 60 to 85 bytes a key, two links included,
+// the key's links, however many keys there are. Memory: 80 to 130 bytes a key, four links included,
 // and 4 to 8 for each further link; what a key once took it keeps until it goes.
 //
 // Reports go to pProgrammer_Error, file "DwordCrossRef":
@@ -37,9 +37,21 @@ public:
     void Remove_All_Links() noexcept;
 
 private:
-    struct Links;
+    // The referenced ids of one key: those in a block of memory from `first` to before `last`. It
+    // stands in the table itself, so that a new link touches nothing of the block but its place.
+    struct Links {
+        ULONG* begin() const noexcept { return ids + first; }
+        ULONG* end() const noexcept { return ids + last; }
+        bool Full() const noexcept;
+        void Make_Room();
+        void Remove(ULONG* id) noexcept;
+
+        std::uint32_t first = 0;
+        std::uint32_t last = 0;
+        ULONG* ids = nullptr;
+    };
 
     void Add_Key(ULONG key, ULONG referenced_id);
 
-    rv::IdTable<Links*, nullptr> m_Links;
+    rv::IdTable<Links> m_Links;
 };

@@ -11,21 +11,20 @@
 
 namespace rv {
 
-// A hash table from 32-bit ids to plain values, of which `None` is not entered. Every operation
-// takes constant time, Reserve_One on the whole. At most two thirds of the slots are taken. A byte
-// for each slot stands apart from the rest: what is not there is mostly told by these alone, which
-// stay in the processor's caches.
-template <class Value, Value None>
+// A hash table from 32-bit ids to plain values. Every operation takes constant time, Reserve_One on
+// the whole. At most two thirds of the slots are taken. A byte for each slot stands apart from the
+// rest: what is not there is mostly told by these alone, which stay in the processor's caches.
+template <class Value>
 class IdTable {
 public:
-    static constexpr Value kNone = None;
-
-    // The value of an id, kNone for one that is not there.
-    Value Find(ULONG id) const noexcept {
-        if (m_Tags.empty()) return kNone;
+    // The value of an id, null for one that is not there. It stands there until an id is entered or
+    // taken out.
+    const Value* Find(ULONG id) const noexcept {
+        if (m_Tags.empty()) return nullptr;
         const std::size_t place = Place_Of(id);
-        return m_Tags[place] == kFree ? kNone : m_Slots[place].value;
+        return m_Tags[place] == kFree ? nullptr : &m_Slots[place].value;
     }
+    Value* Find(ULONG id) noexcept { return const_cast<Value*>(std::as_const(*this).Find(id)); }
 
     // Calls `visit` with every value.
     template <class Visit>
@@ -40,7 +39,7 @@ public:
     }
 
     // Sets the value of an id, which is new, after Reserve_One, or there already.
-    void Set(ULONG id, Value value) noexcept {
+    void Set(ULONG id, const Value& value) noexcept {
         const std::size_t place = Place_Of(id);
         if (m_Tags[place] == kFree) ++m_Count;
         m_Tags[place] = Tag_Of(Hash_Of(id));
@@ -67,7 +66,7 @@ public:
 private:
     struct Slot {
         ULONG id = 0;
-        Value value = None;
+        Value value = {};
     };
 
     static constexpr std::size_t kFirstSize = 16;  // a power of two, as every size
@@ -116,6 +115,6 @@ private:
 };
 
 // Where the entry of an id stands.
-using IdIndex = IdTable<std::uint32_t, 0xFFFFFFFF>;
+using IdIndex = IdTable<std::uint32_t>;
 
 }  // namespace rv

@@ -81,9 +81,8 @@ RVNameCache::~RVNameCache() = default;
 
 void RVNameCache::Add_Association(ULONG id, RVString& name) {
     const Hold hold(m_ScanLock);
-    const std::uint32_t place = m_Index.Find(id);
-    if (place != rv::IdIndex::kNone) {
-        m_Associations[place].name = name;
+    if (const std::uint32_t* const found = m_Index.Find(id)) {
+        m_Associations[*found].name = name;
         return;
     }
     m_Index.Reserve_One();
@@ -94,8 +93,9 @@ void RVNameCache::Add_Association(ULONG id, RVString& name) {
 
 void RVNameCache::Remove_Association(ULONG id) {
     const Hold hold(m_ScanLock);
-    const std::uint32_t place = m_Index.Find(id);
-    if (place == rv::IdIndex::kNone) return;
+    const std::uint32_t* const found = m_Index.Find(id);
+    if (!found) return;
+    const std::uint32_t place = *found;
     m_Index.Erase(id);
     if (place + 1 < m_Associations.size()) {
         m_Associations[place] = std::move(m_Associations.back());
@@ -116,9 +116,9 @@ int RVNameCache::Get_Association(ULONG id, RVString& name) {
 
 int RVNameCache::Lookup(ULONG id, RVString& name) {
     const Hold hold(m_ScanLock);
-    const std::uint32_t place = m_Index.Find(id);
-    if (place == rv::IdIndex::kNone) return 0;
-    name = m_Associations[place].name;
+    const std::uint32_t* const found = m_Index.Find(id);
+    if (!found) return 0;
+    name = m_Associations[*found].name;
     return 1;
 }
 
