@@ -1,6 +1,7 @@
 // Everything the layer supplies of the Win32, OLE Automation and run-time-library names.
 #pragma once
 
+#include "bitmap.h"
 #include "bstr.h"
 #include "critical_section.h"
 #include "crttime.h"
@@ -9,6 +10,7 @@
 #include "file.h"
 #include "guid.h"
 #include "handle.h"
+#include "icon.h"
 #include "locale.h"
 #include "module.h"
 #include "oledate.h"

@@ -1,4 +1,4 @@
-// The encodings of locales, and the modules' strings, where the layer supplies them itself.
+// The encodings of locales, where the layer supplies them itself.
 #include <RVUtils/winapi.h>
 #include <gtest/gtest.h>
 #include <locale.h>
@@ -76,33 +76,6 @@ TEST(LinuxText, EveryPairOfBytesSurvivesTheWayThereAndBack) {
     EXPECT_EQ(Narrow(L"a\x20ACz", 16, &replaced), "a?z") << "what the encoding lacks";
     EXPECT_EQ(replaced, TRUE);
     uselocale(LC_GLOBAL_LOCALE);
-}
-
-TEST(LinuxModule, LoadsStringsCutToTheRoom) {
-    constexpr rv::StringResource kTexts[] = {{1, "one"sv}, {7, ""sv}, {100000, "a\0b"sv}};
-    rv::StringTable texts = {kTexts, std::size(kTexts)};
-    const auto load = [](HINSTANCE module, UINT id, int room) {
-        char buffer[8] = "#######";
-        const int length = LoadStringA(module, id, buffer, room);
-        EXPECT_EQ(std::string_view(buffer + length, 2), "\0#"sv) << id;
-        return std::string(buffer, static_cast<std::size_t>(length));
-    };
-    EXPECT_EQ(load(nullptr, 1, 8), "") << "before there are any";
-    const HMODULE before = GetModuleHandleA(nullptr);
-    rv::Register_Application_Strings(texts);
-    EXPECT_EQ(GetModuleHandleA(nullptr), &texts);
-    for (const HINSTANCE module : {HINSTANCE{}, &texts}) {
-        EXPECT_EQ(load(module, 1, 4), "one");
-        EXPECT_EQ(load(module, 1, 3), "on");
-        EXPECT_EQ(load(module, 1, 1), "");
-        EXPECT_EQ(load(module, 100000, 8), "a\0b"sv);
-        for (const UINT missing : {0u, 2u, 100001u}) {
-            SetLastError(0);
-            EXPECT_EQ(load(module, missing, 8), "");
-            EXPECT_EQ(GetLastError(), ERROR_RESOURCE_NAME_NOT_FOUND);
-        }
-    }
-    rv::Register_Application_Strings(*before);
 }
 
 }  // namespace
