@@ -12,7 +12,7 @@ CCriticalSection::~CCriticalSection() {
     DeleteCriticalSection(&m_Section);
 }
 
-BOOL CCriticalSection::Lock() {
+BOOL CCriticalSection::Lock(DWORD) {
     EnterCriticalSection(&m_Section);
     return TRUE;
 }

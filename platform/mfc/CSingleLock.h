@@ -14,21 +14,22 @@ public:
     CSyncObject& operator=(const CSyncObject&) = delete;
     virtual ~CSyncObject();
 
-    // Waits until the calling thread has it. FALSE when it cannot be had.
-    virtual BOOL Lock() = 0;
+    // Waits until the calling thread has it, `timeout` milliseconds at most, without limit for
+    // INFINITE. FALSE when it cannot be had.
+    virtual BOOL Lock(DWORD timeout = INFINITE) = 0;
     // By the thread that has it.
     virtual BOOL Unlock() = 0;
 };
 
 // A lock inside of one process. The thread that holds it may take it again; each taking needs its
-// own release. Waits without limit.
+// own release. Waits without limit, whatever the timeout.
 class RVPLATFORM_API CCriticalSection : public CSyncObject {
 public:
     // Throws CMemoryException* when the system cannot set up the lock.
     CCriticalSection();
     ~CCriticalSection() override;
 
-    BOOL Lock() override;
+    BOOL Lock(DWORD timeout = INFINITE) override;
     BOOL Unlock() override;
 
 private:
@@ -47,9 +48,9 @@ public:
     // Releases the lock if it is held.
     ~CSingleLock() { Unlock(); }
 
-    // Takes the lock and sets the mark. FALSE when it could not be had.
-    BOOL Lock() {
-        if (!m_Object->Lock()) return FALSE;
+    // Takes the lock, as its own Lock, and sets the mark. FALSE when it could not be had.
+    BOOL Lock(DWORD timeout = INFINITE) {
+        if (!m_Object->Lock(timeout)) return FALSE;
         m_IsLocked.store(true, std::memory_order_relaxed);
         return TRUE;
     }

@@ -17,6 +17,8 @@ public:
     // Lets go of what the object holds; the destructor does it in silence. Gives the error that the
     // system told.
     [[nodiscard]] virtual DWORD Close() noexcept = 0;
+    // As WaitForSingleObject. This one is for what cannot be waited for.
+    [[nodiscard]] virtual DWORD Wait(DWORD milliseconds) noexcept;
 };
 
 // The object behind a handle, null for null and INVALID_HANDLE_VALUE.
