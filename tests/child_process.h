@@ -42,14 +42,20 @@ public:
         : m_Process(std::exchange(other.m_Process, {})),
           m_Input(std::exchange(other.m_Input, kNoFile)),
           m_Output(std::exchange(other.m_Output, kNoFile)) {}
-    ChildProcess& operator=(ChildProcess&&) = delete;
+    ChildProcess& operator=(ChildProcess&& other) noexcept {
+        std::swap(m_Process, other.m_Process);
+        std::swap(m_Input, other.m_Input);
+        std::swap(m_Output, other.m_Output);
+        return *this;
+    }
     ~ChildProcess() {
         Kill();
         Close(m_Input);
         Close(m_Output);
     }
 
-    // The next byte that it writes. Nothing when it ends, or the limit has passed, before one comes.
+    // The next byte that it writes. Nothing when it ends, or the limit has passed, before one
+    // comes.
     std::optional<char> Read(std::chrono::milliseconds limit = kLimit);
     // Whether it could be written.
     bool Write(char byte);
