@@ -40,22 +40,24 @@ bool Complete(SYSTEMTIME& form) noexcept {
 
 class DateTimePicker final : public rv::Window {
 public:
-    explicit DateTimePicker(DWORD style) noexcept
-        : m_MayShowNone((style & DTS_SHOWNONE) != 0), m_ShowsDate(!m_MayShowNone) {}
-
     LRESULT Receive(UINT message, WPARAM first, LPARAM second) noexcept override {
         auto* const form = reinterpret_cast<SYSTEMTIME*>(second);
         switch (message) {
+            case WM_CREATE:
+                m_ShowsDate = !May_Show_None();
+                return 0;
             case DTM_GETSYSTEMTIME:
                 return Get(form);
             case DTM_SETSYSTEMTIME:
                 return form && Set(first, *form);
             default:
-                return 0;
+                return Default(message, first, second);
         }
     }
 
 private:
+    bool May_Show_None() const noexcept { return (m_Style & DTS_SHOWNONE) != 0; }
+
     LRESULT Get(SYSTEMTIME* form) const noexcept {
         if (!form) return GDT_ERROR;
         if (!m_ShowsDate) return GDT_NONE;
@@ -65,21 +67,20 @@ private:
 
     bool Set(WPARAM kind, SYSTEMTIME form) noexcept {
         const bool is_date = kind == GDT_VALID;
-        if (is_date ? !Complete(form) : kind != GDT_NONE || !m_MayShowNone) return false;
+        if (is_date ? !Complete(form) : kind != GDT_NONE || !May_Show_None()) return false;
         m_ShowsDate = is_date;
         if (is_date) m_Shown = form;
         return true;
     }
 
-    const bool m_MayShowNone;
-    bool m_ShowsDate;
+    bool m_ShowsDate = true;
     SYSTEMTIME m_Shown = Present_Moment();
 };
 
 }  // namespace
 
-rv::Window* rv::Make_Date_Time_Picker(DWORD style) noexcept {
-    return new (std::nothrow) DateTimePicker(style);
+rv::Window* rv::Make_Date_Time_Picker() noexcept {
+    return new (std::nothrow) DateTimePicker;
 }
 
 BOOL InitCommonControlsEx(const INITCOMMONCONTROLSEX* families) noexcept {

@@ -43,6 +43,6 @@ namespace rv {
 class Window;
 
 // For the window system: a picker without a handle, null without memory.
-[[nodiscard]] Window* Make_Date_Time_Picker(DWORD style) noexcept;
+[[nodiscard]] Window* Make_Date_Time_Picker() noexcept;
 
 }  // namespace rv

@@ -45,6 +45,7 @@ using HBRUSH = struct HBRUSH__*;
 #define TRUE 1
 #endif
 #define MAX_PATH 260
+#define CALLBACK  // every call is of one kind
 
 inline constexpr HRESULT S_OK = 0;
 inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);

@@ -2,11 +2,13 @@
 
 #include <atomic>
 #include <string_view>
+#include <utility>
 
 #include "error.h"
 #include "window_class.h"
 #include "window_object.h"
 #include "window_registry.h"
+#include "window_state.h"
 
 namespace {
 
@@ -27,11 +29,15 @@ namespace rv {
 
 class ThreadWindows {
 public:
-    // Ends with the thread, and its windows with it.
+    // Ends with the thread, and its windows with it: in silence, since what would hear of it may
+    // have ended before.
     ~ThreadWindows() {
         for (Window*& first : t_Buckets) {
-            while (first)
-                Destroy(*first);
+            while (first) {
+                Window* const window = std::exchange(first, first->m_NextInBucket);
+                if (!window->m_IsChild) window_registry::Remove(window->m_Handle);
+                delete window;
+            }
         }
     }
 
@@ -42,162 +48,228 @@ public:
         return window;
     }
 
-    HWND Add(Window& window, std::string_view class_name, DWORD style, Window* parent) noexcept {
-        window.m_IsChild = (style & WS_CHILD) != 0;
-        // A child owns nothing: in its place, the window does that it is somewhere inside of.
-        while (!window.m_IsChild && parent && parent->m_IsChild)
-            parent = parent->m_Parent;
-        if (!window.m_IsChild)
-            window.m_Handle =
-                rv::window_registry::Add(class_name, parent ? parent->m_Handle : nullptr);
-        if (!window.m_Handle) window.m_Handle = reinterpret_cast<HWND>(g_NextHandle++);
-        Push(Bucket_Of(window.m_Handle), window, &Window::m_NextInBucket);
-        window.m_Parent = parent;
-        if (parent) Push(parent->m_FirstChild, window, &Window::m_NextSibling);
-        return window.m_Handle;
+    // A child owns nothing: in its place, the window does that it is somewhere inside of.
+    static Window* Owner_For(Window* window) noexcept {
+        while (window && window->m_IsChild)
+            window = window->m_Parent;
+        return window;
     }
 
-    // Without recursion: children may be nested deeper than the stack is.
+    static bool Takes_Windows(const Window& parent) noexcept { return !parent.m_IsEnding; }
+
+    void Add(Window& window, Window* parent) noexcept {
+        window.m_IsChild = (window.m_Style & WS_CHILD) != 0;
+        if (!window.m_IsChild)
+            window.m_Handle = window_registry::Add(window.m_Class->name, Handle_Of(parent));
+        if (!window.m_Handle) window.m_Handle = reinterpret_cast<HWND>(g_NextHandle++);
+        window.m_NextInBucket = std::exchange(Bucket_Of(window.m_Handle), &window);
+        window.m_Parent = parent;
+        if (parent) Append(List_Of(window), window);
+    }
+
     static void Destroy(Window& window) noexcept {
-        for (Window* at = &window; at;) {
-            if (at->m_FirstChild) {
-                at = at->m_FirstChild;
-                continue;
-            }
-            Window* const next = at == &window ? nullptr : at->m_Parent;
-            Remove(*at);
-            delete at;
-            at = next;
+        if (window.m_IsEnding) return;
+        const WindowInUse use(window);
+        while (!window.m_HasEnded) {
+            Window* at = &window;
+            while (at->m_Owned.first)
+                at = at->m_Owned.first;
+            End(*at);
         }
     }
 
-private:
-    using Link = Window* Window::*;
+    // Ends one that was refused before there was anything to tell.
+    static void Discard(Window& window) noexcept {
+        window.m_IsEnding = true;
+        Finish(window);
+    }
 
+private:
     static Window*& Bucket_Of(HWND handle) noexcept {
         return t_Buckets[reinterpret_cast<std::uintptr_t>(handle) % kBuckets];
     }
 
-    static void Push(Window*& first, Window& window, Link next) noexcept {
-        window.*next = first;
-        first = &window;
+    static Window::List& List_Of(Window& window) noexcept {
+        return window.m_IsChild ? window.m_Parent->m_Children : window.m_Parent->m_Owned;
     }
 
-    static void Take_Out(Window*& first, Window& window, Link next) noexcept {
-        Window** at = &first;
-        while (*at != &window)
-            at = &((*at)->*next);
-        *at = window.*next;
+    static void Append(Window::List& list, Window& window) noexcept {
+        window.m_Previous = std::exchange(list.last, &window);
+        (window.m_Previous ? window.m_Previous->m_Next : list.first) = &window;
+    }
+
+    static void Take_Out(Window::List& list, Window& window) noexcept {
+        (window.m_Previous ? window.m_Previous->m_Next : list.first) = window.m_Next;
+        (window.m_Next ? window.m_Next->m_Previous : list.last) = window.m_Previous;
+    }
+
+    // Without recursion: children may be nested deeper than the stack is.
+    static void End(Window& root) noexcept {
+        ShowWindow(root.m_Handle, SW_HIDE);
+        for (Window* at = &root; at; at = at->Behind(root)) {
+            if (std::exchange(at->m_IsEnding, true)) continue;
+            Send(*at, WM_DESTROY, 0, 0);
+        }
+        for (Window* at = &root; at;) {
+            while (at->m_Children.first)
+                at = at->m_Children.first;
+            Window* const next = at == &root ? nullptr : at->m_Parent;
+            Finish(*at);
+            at = next;
+        }
+    }
+
+    static void Finish(Window& window) noexcept {
+        const WindowInUse use(window);
+        Send(window, WM_NCDESTROY, 0, 0);
+        Remove(window);
     }
 
     static void Remove(Window& window) noexcept {
-        Take_Out(Bucket_Of(window.m_Handle), window, &Window::m_NextInBucket);
-        if (window.m_Parent)
-            Take_Out(window.m_Parent->m_FirstChild, window, &Window::m_NextSibling);
-        if (!window.m_IsChild) rv::window_registry::Remove(window.m_Handle);
+        Window** at = &Bucket_Of(window.m_Handle);
+        while (*at != &window)
+            at = &((*at)->m_NextInBucket);
+        *at = window.m_NextInBucket;
+        if (window.m_Parent) Take_Out(List_Of(window), window);
+        if (!window.m_IsChild) window_registry::Remove(window.m_Handle);
+        window.m_Parent = nullptr;
+        window.m_HasEnded = true;
     }
 };
 
 Window::~Window() = default;
 
-}  // namespace rv
+LRESULT Window::Receive(UINT message, WPARAM first, LPARAM second) noexcept {
+    return Default(message, first, second);
+}
 
-namespace {
+Window* Window::Behind(const Window& root) const noexcept {
+    if (m_Children.first) return m_Children.first;
+    const Window* at = this;
+    while (at != &root && !at->m_Next)
+        at = at->m_Parent;
+    return at == &root ? nullptr : at->m_Next;
+}
 
-// The window behind a handle; null with the last error set.
+Window* Find_Window(HWND handle) noexcept {
+    return ThreadWindows::Find(handle);
+}
+
 Window* Window_Of(HWND handle) noexcept {
-    Window* const window = rv::ThreadWindows::Find(handle);
+    Window* const window = ThreadWindows::Find(handle);
     if (!window) SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return window;
 }
+
+LRESULT Send(Window& window, UINT message, WPARAM first, LPARAM second) noexcept {
+    const WindowInUse use(window);
+    if (window.m_Procedure == &Built_In_Procedure) return window.Receive(message, first, second);
+    return window.m_Procedure(window.Handle(), message, first, second);
+}
+
+void Send_Command(Window& window, WORD code) noexcept {
+    if (!window.Parent()) return;
+    Send(*window.Parent(), WM_COMMAND, MAKEWPARAM(window.m_Id, code),
+         reinterpret_cast<LPARAM>(window.Handle()));
+}
+
+LRESULT Send_Notice(Window& window, UINT code, NMHDR& notice) noexcept {
+    if (!window.Parent()) return 0;
+    notice = {window.Handle(), static_cast<UINT_PTR>(window.m_Id), code};
+    return Send(*window.Parent(), WM_NOTIFY, notice.idFrom, reinterpret_cast<LPARAM>(&notice));
+}
+
+LRESULT Built_In_Procedure(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
+    Window* const found = Window_Of(window);
+    if (!found) return 0;
+    const WindowInUse use(*found);
+    return found->Receive(message, first, second);
+}
+
+}  // namespace rv
+
+namespace {
 
 HWND Refuse(DWORD error) noexcept {
     SetLastError(error);
     return nullptr;
 }
 
+// Asks the window itself. False when it refused, and is no more.
+bool Accept(Window& window, CREATESTRUCTA& creation) noexcept {
+    const auto record = reinterpret_cast<LPARAM>(&creation);
+    if (!rv::Send(window, WM_NCCREATE, 0, record)) {
+        if (!window.Has_Ended()) rv::ThreadWindows::Discard(window);
+    } else if (!window.Has_Ended() && rv::Send(window, WM_CREATE, 0, record) == -1) {
+        rv::ThreadWindows::Destroy(window);
+    }
+    return !window.Has_Ended();
+}
+
 }  // namespace
 
-HWND CreateWindowExA(DWORD, LPCSTR class_name, LPCSTR, DWORD style, int, int, int, int, HWND parent,
-                     HMENU, HINSTANCE, LPVOID) noexcept {
+HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR text, DWORD style, int x,
+                     int y, int width, int height, HWND parent, HMENU id, HINSTANCE module,
+                     LPVOID parameter) noexcept {
     static thread_local rv::ThreadWindows windows;
     const rv::WindowClass* const window_class = rv::Find_Window_Class(class_name ? class_name : "");
     if (!window_class) return Refuse(ERROR_CANNOT_FIND_WND_CLASS);
     if (!parent && (style & WS_CHILD)) return Refuse(ERROR_TLW_WITH_WSCHILD);
-    Window* const above = parent ? Window_Of(parent) : nullptr;
+    Window* above = parent ? rv::Window_Of(parent) : nullptr;
     if (parent && !above) return nullptr;
-    Window* const window = window_class->make(*window_class, style);
+    if (!(style & WS_CHILD)) above = rv::ThreadWindows::Owner_For(above);
+    if (above && !windows.Takes_Windows(*above)) return Refuse(ERROR_INVALID_WINDOW_HANDLE);
+    Window* const window = window_class->make();
     if (!window) return Refuse(ERROR_NOT_ENOUGH_MEMORY);
-    HWND const handle = windows.Add(*window, window_class->name, style, above);
-    if ((style & (WS_VISIBLE | WS_CHILD)) == WS_VISIBLE) ShowWindow(handle, SW_SHOW);
+    window->m_Class = window_class;
+    window->m_Procedure = window_class->procedure;
+    window->m_Style = style & ~WS_VISIBLE;
+    window->m_ExtendedStyle = extended_style;
+    window->m_Id = reinterpret_cast<LONG_PTR>(id);
+    window->m_Place = {x, y, x + width, y + height};
+    windows.Add(*window, above);
+    HWND const handle = window->Handle();
+    const rv::WindowInUse use(*window);
+    CREATESTRUCTA creation = {parameter,
+                              module,
+                              id,
+                              rv::Handle_Of(above),
+                              height,
+                              width,
+                              y,
+                              x,
+                              static_cast<LONG>(style),
+                              text,
+                              class_name,
+                              extended_style};
+    if (!Accept(*window, creation)) return nullptr;
+    if (style & WS_VISIBLE) ShowWindow(handle, SW_SHOW);
     return handle;
 }
 
 BOOL DestroyWindow(HWND window) noexcept {
-    Window* const found = Window_Of(window);
+    Window* const found = rv::Window_Of(window);
     if (found) rv::ThreadWindows::Destroy(*found);
     return found != nullptr;
 }
 
 BOOL IsWindow(HWND window) noexcept {
-    if (rv::ThreadWindows::Find(window) || rv::window_registry::Get_State(window)) return TRUE;
+    if (rv::Find_Window(window) || rv::window_registry::Get_State(window)) return TRUE;
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return FALSE;
 }
 
 LRESULT SendMessageA(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
-    Window* const found = Window_Of(window);
-    return found ? found->Receive(message, first, second) : 0;
+    Window* const found = rv::Window_Of(window);
+    return found ? rv::Send(*found, message, first, second) : 0;
 }
 
-HWND FindWindowA(LPCSTR class_name, LPCSTR) noexcept {
-    HWND const found = rv::window_registry::Find(class_name ? class_name : "");
-    return found ? found : Refuse(ERROR_FILE_NOT_FOUND);
+LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM first,
+                        LPARAM second) noexcept {
+    return procedure ? procedure(window, message, first, second) : 0;
 }
 
-HWND GetLastActivePopup(HWND window) noexcept {
-    HWND const popup = rv::window_registry::Last_Active_Popup(window);
-    return popup ? popup : Refuse(ERROR_INVALID_WINDOW_HANDLE);
-}
-
-BOOL IsIconic(HWND window) noexcept {
-    const auto state = rv::window_registry::Get_State(window);
-    return state && state->iconic;
-}
-
-BOOL IsWindowVisible(HWND window) noexcept {
-    const auto state = rv::window_registry::Get_State(window);
-    return state && state->visible;
-}
-
-BOOL ShowWindow(HWND window, int command) noexcept {
-    const auto show = [window](const rv::window_registry::Showing& showing) noexcept -> BOOL {
-        const auto was_visible = rv::window_registry::Show(window, showing);
-        if (!was_visible) SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-        return was_visible.value_or(false);
-    };
-    switch (command) {
-        case SW_HIDE:
-            return show({.visible = false, .iconic = {}, .activate = false});
-        case SW_SHOW:
-            return show({.visible = true, .iconic = {}, .activate = true});
-        case SW_SHOWNORMAL:
-        case SW_RESTORE:
-            return show({.visible = true, .iconic = false, .activate = true});
-        case SW_MINIMIZE:
-            return show({.visible = true, .iconic = true, .activate = false});
-        default:
-            SetLastError(ERROR_INVALID_PARAMETER);
-            return FALSE;
-    }
-}
-
-BOOL SetForegroundWindow(HWND window) noexcept {
-    const bool done = rv::window_registry::Activate(window);
-    if (!done) SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-    return done;
-}
-
-HWND GetForegroundWindow() noexcept {
-    return rv::window_registry::Foreground();
+LRESULT DefWindowProcA(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
+    Window* const found = rv::Window_Of(window);
+    return found ? found->Default(message, first, second) : 0;
 }

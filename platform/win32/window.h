@@ -1,10 +1,11 @@
-// Windows in memory.
+// Windows in memory: their making and end, and messages.
 //
-// No display server stands behind them. A message is handed to the window's class at once, inside
-// SendMessageA.
+// No display server stands behind them. A message is handed to the window's procedure at once,
+// inside SendMessageA; a procedure lets no exception out.
 //
-// A window belongs to the thread that made it, which alone can send to it and end it; it ends with
-// its thread at the latest. A handle is never used again for another window.
+// A window belongs to the thread that made it, to which alone its handle means anything; it ends
+// with its thread at the latest, then without a message. A handle is never used again for another
+// window.
 //
 // Windows without WS_CHILD are at the top: all processes of the user see them, whether they are
 // shown, and which of them was active last. Up to 1,024 of them at a time; one beyond that, or made
@@ -18,8 +19,19 @@
 using WPARAM = UINT_PTR;
 using LPARAM = INT_PTR;
 using LRESULT = INT_PTR;
+using LONG_PTR = std::intptr_t;
 using HWND = struct HWND__*;
 using HMENU = struct HMENU__*;
+
+struct POINT {
+    LONG x;
+    LONG y;
+};
+
+struct SIZE {
+    LONG cx;
+    LONG cy;
+};
 
 struct RECT {
     LONG left;
@@ -47,77 +59,105 @@ struct WNDCLASSA {
 inline constexpr DWORD WS_POPUP = 0x80000000;
 inline constexpr DWORD WS_CHILD = 0x40000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
+inline constexpr DWORD WS_DISABLED = 0x08000000;
+inline constexpr DWORD WS_CAPTION = 0x00C00000;   // a title bar and a frame of three pixels
+inline constexpr DWORD WS_BORDER = 0x00800000;    // a frame of one pixel
+inline constexpr DWORD WS_EX_CLIENTEDGE = 0x200;  // a sunken frame of two pixels
 
-inline constexpr int SW_HIDE = 0;
-inline constexpr int SW_SHOWNORMAL = 1;
-inline constexpr int SW_SHOW = 5;
-inline constexpr int SW_MINIMIZE = 6;
-inline constexpr int SW_RESTORE = 9;
+// What a new window is made of, for WM_NCCREATE and WM_CREATE.
+struct CREATESTRUCTA {
+    LPVOID lpCreateParams;
+    HINSTANCE hInstance;
+    HMENU hMenu;
+    HWND hwndParent;
+    int cy;
+    int cx;
+    int y;
+    int x;
+    LONG style;
+    LPCSTR lpszName;
+    LPCSTR lpszClass;
+    DWORD dwExStyle;
+};
+
+// What every notification begins with.
+struct NMHDR {
+    HWND hwndFrom;
+    UINT_PTR idFrom;
+    UINT code;
+};
+
+inline constexpr UINT WM_CREATE = 0x1;   // LPARAM: CREATESTRUCTA*; -1 refuses
+inline constexpr UINT WM_DESTROY = 0x2;  // the window and its children are still there
+inline constexpr UINT WM_NOTIFY = 0x4E;  // to the parent; LPARAM: NMHDR*, of which more may follow
+inline constexpr UINT WM_NCCREATE = 0x81;   // as WM_CREATE; 0 refuses
+inline constexpr UINT WM_NCDESTROY = 0x82;  // the last one; no child is there any more
+inline constexpr UINT WM_COMMAND = 0x111;  // to the parent; WPARAM: id and code; LPARAM: the window
+
+// Of any whole numbers, whatever their sign.
+constexpr WORD LOWORD(auto value) noexcept {
+    return static_cast<WORD>(value);
+}
+constexpr WORD HIWORD(auto value) noexcept {
+    return static_cast<WORD>(static_cast<DWORD>(value) >> 16);
+}
+constexpr LONG MAKELONG(auto low, auto high) noexcept {
+    return static_cast<LONG>(DWORD{LOWORD(high)} << 16 | LOWORD(low));
+}
+constexpr WPARAM MAKEWPARAM(auto low, auto high) noexcept {
+    return static_cast<DWORD>(MAKELONG(low, high));
+}
+constexpr LPARAM MAKELPARAM(auto low, auto high) noexcept {
+    return static_cast<DWORD>(MAKELONG(low, high));
+}
 
 // Adds a class of windows to those of the process, which keeps it. Only the name, which is copied
-// and in which case does not count, and the procedure have an effect. Gives a number that is not 0.
-// 0 on failure: ERROR_CLASS_ALREADY_EXISTS; ERROR_INVALID_PARAMETER without a procedure, or with a
-// name that is empty or longer than 255 characters; ERROR_NOT_ENOUGH_MEMORY. Any thread.
+// and in which case does not count, the procedure and the brush of the background have an effect.
+// Gives a number that is not 0. 0 on failure: ERROR_CLASS_ALREADY_EXISTS; ERROR_INVALID_PARAMETER
+// without a procedure, or with a name that is empty or longer than 255 characters;
+// ERROR_NOT_ENOUGH_MEMORY. Any thread.
 RVPLATFORM_API ATOM RegisterClassA(const WNDCLASSA* window_class) noexcept;
 
-// What a procedure does with messages that it does not know: nothing. Gives 0.
+// What a procedure does with messages that it does not know: texts are kept, a background is
+// painted in the brush of the class, colours of controls are those of the system. Gives 0 for any
+// other message.
 RVPLATFORM_API LRESULT DefWindowProcA(HWND window, UINT message, WPARAM first,
                                       LPARAM second) noexcept;
+
+// Hands a message on to a procedure that another one took the place of. 0 for null.
+RVPLATFORM_API LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM first,
+                                       LPARAM second) noexcept;
 
 // Makes a window of a built-in class, or of one of the application's.
 //
 // `class_name`: case does not count.
-// `style`: WS_CHILD, which needs a parent, or not; WS_VISIBLE, which shows a window at the top, and
-// the class's own bits.
+// `style`: WS_CHILD, which needs a parent, or not; WS_VISIBLE, which shows it; WS_DISABLED; frames;
+// and the class's own bits.
 // `parent`: null, or the window with which the new one ends. Without WS_CHILD it is an owner: where
 // it is a child itself, its next ancestor that is none stands for it.
-// The extended style, text, place, id, module and parameter have no effect. No message is sent.
+// `x` to `height`: in pixels, with the frame; of a child, from the corner of its parent's inside.
+// `id`: a number, of a child. `module` and `parameter` go to the messages alone.
+//
+// The window gets WM_NCCREATE, whose default sets the text, and WM_CREATE, each of which can refuse
+// it: it then ends and null is the result.
 //
 // Null on failure: ERROR_CANNOT_FIND_WND_CLASS; ERROR_INVALID_WINDOW_HANDLE for a parent that is
-// no window of this thread; ERROR_TLW_WITH_WSCHILD for a child without a parent;
-// ERROR_NOT_ENOUGH_MEMORY.
+// no window of this thread, or is about to end; ERROR_TLW_WITH_WSCHILD for a child without a
+// parent; ERROR_NOT_ENOUGH_MEMORY.
 [[nodiscard]] RVPLATFORM_API HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name,
                                                   LPCSTR text, DWORD style, int x, int y, int width,
                                                   int height, HWND parent, HMENU id,
                                                   HINSTANCE module, LPVOID parameter) noexcept;
 
-// Ends a window, after those that it is the parent of. FALSE with ERROR_INVALID_WINDOW_HANDLE when
-// it is no window of this thread.
+// Ends what a window owns, then the window: it and those inside of it get WM_DESTROY, parents
+// first, and WM_NCDESTROY, children first. A window that is told its end already goes on ending.
+// FALSE with ERROR_INVALID_WINDOW_HANDLE when it is no window of this thread.
 RVPLATFORM_API BOOL DestroyWindow(HWND window) noexcept;
 
 // Whether it is a window of this thread, or one at the top.
 [[nodiscard]] RVPLATFORM_API BOOL IsWindow(HWND window) noexcept;
 
-// What the window's class answers: 0 for a message that it does not know. 0 with
-// ERROR_INVALID_WINDOW_HANDLE when it is no window of this thread.
+// What the window's procedure answers. 0 with ERROR_INVALID_WINDOW_HANDLE when it is no window of
+// this thread.
 RVPLATFORM_API LRESULT SendMessageA(HWND window, UINT message, WPARAM first,
                                     LPARAM second) noexcept;
-
-// ---- Windows at the top, of all processes of the user; any thread ----
-
-// A window of the class, in which case does not count: of several, the one that was active last.
-// `title` is to be null, for any. Null with ERROR_FILE_NOT_FOUND when there is none.
-[[nodiscard]] RVPLATFORM_API HWND FindWindowA(LPCSTR class_name, LPCSTR title) noexcept;
-
-// The one that was active last of a window and all that it owns, at whatever remove. The window
-// itself when it has an owner. Null with ERROR_INVALID_WINDOW_HANDLE when it is not at the top.
-[[nodiscard]] RVPLATFORM_API HWND GetLastActivePopup(HWND window) noexcept;
-
-// Whether the window is minimised. FALSE for what is no window at the top.
-[[nodiscard]] RVPLATFORM_API BOOL IsIconic(HWND window) noexcept;
-
-// Whether the window is shown, minimised or not. FALSE for what is no window at the top.
-[[nodiscard]] RVPLATFORM_API BOOL IsWindowVisible(HWND window) noexcept;
-
-// Hides, shows, minimises or restores a window; whatever shows it makes it active, but for
-// SW_MINIMIZE. SW_SHOW leaves a minimised window minimised. Gives whether it was visible before;
-// FALSE with ERROR_INVALID_PARAMETER for another command, with ERROR_INVALID_WINDOW_HANDLE for what
-// is no window at the top.
-RVPLATFORM_API BOOL ShowWindow(HWND window, int command) noexcept;
-
-// Makes a window active and remembers it as the foreground. FALSE with ERROR_INVALID_WINDOW_HANDLE
-// when it is not at the top.
-RVPLATFORM_API BOOL SetForegroundWindow(HWND window) noexcept;
-
-// The window that was made active last, unless it has been hidden, minimised or ended since: null.
-[[nodiscard]] RVPLATFORM_API HWND GetForegroundWindow() noexcept;

@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <mutex>
 
+#include "button.h"
 #include "date_time_picker.h"
+#include "dialog.h"
+#include "edit.h"
 #include "error.h"
+#include "static_control.h"
 #include "window_registry.h"
 
 namespace {
@@ -13,26 +17,16 @@ using rv::Window;
 using rv::WindowClass;
 using rv::window_registry::kLongestName;
 
-Window* Make_Picker(const WindowClass&, DWORD style) noexcept {
-    return rv::Make_Date_Time_Picker(style);
-}
-
-constexpr WindowClass kBuiltIn[] = {{{}, DATETIMEPICK_CLASSA, &Make_Picker, nullptr}};
-
-class ApplicationWindow final : public Window {
-public:
-    explicit ApplicationWindow(WNDPROC procedure) noexcept : m_Procedure(procedure) {}
-
-    LRESULT Receive(UINT message, WPARAM first, LPARAM second) noexcept override {
-        return m_Procedure(Handle(), message, first, second);
-    }
-
-private:
-    const WNDPROC m_Procedure;
+constexpr WindowClass kBuiltIn[] = {
+    {{}, "Button", &rv::Make_Button, &rv::Built_In_Procedure, nullptr},
+    {{}, "Edit", &rv::Make_Edit, &rv::Built_In_Procedure, nullptr},
+    {{}, "Static", &rv::Make_Static, &rv::Built_In_Procedure, nullptr},
+    {{}, "#32770", &rv::Make_Dialog, &rv::Built_In_Procedure, nullptr},
+    {{}, DATETIMEPICK_CLASSA, &rv::Make_Date_Time_Picker, &rv::Built_In_Procedure, nullptr},
 };
 
-Window* Make_Application_Window(const WindowClass& window_class, DWORD) noexcept {
-    return new (std::nothrow) ApplicationWindow(window_class.procedure);
+Window* Make_Application_Window() noexcept {
+    return new (std::nothrow) Window;
 }
 
 struct ApplicationClass : WindowClass {
@@ -83,13 +77,10 @@ ATOM RegisterClassA(const WNDCLASSA* window_class) noexcept {
     added->name = {added->text, name.copy(added->text, name.size())};
     added->make = &Make_Application_Window;
     added->procedure = window_class->lpfnWndProc;
+    added->background = window_class->hbrBackground;
     added->next = g_Newest;
     // The system's numbers of this kind begin here.
     added->number = static_cast<ATOM>(g_Newest ? g_Newest->number + 1 : 0xC000);
     g_Newest = added;
     return added->number;
-}
-
-LRESULT DefWindowProcA(HWND, UINT, WPARAM, LPARAM) noexcept {
-    return 0;
 }

@@ -10,8 +10,9 @@ namespace rv {
 // Lives as long as the process.
 struct WindowClass : NothrowObject {
     std::string_view name;
-    Window* (*make)(const WindowClass& self, DWORD style) noexcept;  // gives null without memory
-    WNDPROC procedure;                                               // of the application's ones
+    Window* (*make)() noexcept;  // gives null without memory
+    WNDPROC procedure;
+    HBRUSH background;  // null: the window paints all of its inside
 };
 
 // Case does not count. Null when there is no such class. Any thread.

@@ -1,0 +1,46 @@
+// Where windows are, in pixels.
+//
+// A window's inside is what its frame leaves: none by default, one pixel for WS_BORDER, two for
+// WS_EX_CLIENTEDGE, three and a title bar for WS_CAPTION.
+#pragma once
+
+#include "../export.h"
+#include "window.h"
+
+inline constexpr UINT SWP_NOSIZE = 0x1;
+inline constexpr UINT SWP_NOMOVE = 0x2;
+inline constexpr UINT SWP_NOZORDER = 0x4;
+inline constexpr UINT SWP_NOACTIVATE = 0x10;
+
+inline constexpr UINT WM_SIZE = 0x5;  // LPARAM: width and height of the inside
+
+// The inside, whose corner is at 0, 0. FALSE with ERROR_INVALID_WINDOW_HANDLE for what is no window
+// of this thread, with the record as it was; so all of these.
+RVPLATFORM_API BOOL GetClientRect(HWND window, RECT* place) noexcept;
+
+// The window with its frame, on the screen.
+RVPLATFORM_API BOOL GetWindowRect(HWND window, RECT* place) noexcept;
+
+// Moves a window to a place that is told as CreateWindowExA tells it. When its inside has another
+// size afterwards, it gets WM_SIZE and is to be painted anew.
+RVPLATFORM_API BOOL MoveWindow(HWND window, int x, int y, int width, int height,
+                               BOOL repaint) noexcept;
+
+// The same, but for what the flags say. The order of windows stays as it is.
+RVPLATFORM_API BOOL SetWindowPos(HWND window, HWND behind, int x, int y, int width, int height,
+                                 UINT flags) noexcept;
+
+namespace rv {
+
+class Window;
+
+// The inside, whose corner is at 0, 0.
+[[nodiscard]] RECT Inside_Of(const Window& window) noexcept;
+
+// The inside where the window's place is told; it may be less than nothing.
+[[nodiscard]] RECT Inner_Place_Of(const Window& window) noexcept;
+
+// The corner of the inside, on the screen.
+[[nodiscard]] POINT Corner_On_Screen(const Window& window) noexcept;
+
+}  // namespace rv
