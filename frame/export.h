@@ -20,3 +20,9 @@
 #else
 #define RVDEV_API RV_IMPORT
 #endif
+
+#if defined(zorLangMgr10_EXPORTS)
+#define ZORLANGMGR_API RV_EXPORT
+#else
+#define ZORLANGMGR_API RV_IMPORT
+#endif
