@@ -5,14 +5,15 @@
 
 #include "../export.h"
 #include "../winapi.h"
+#include "CObject.h"
 
 // Something that threads take and release.
-class RVPLATFORM_API CSyncObject {
+class RVPLATFORM_API CSyncObject : public CObject {
 public:
     CSyncObject() = default;
     CSyncObject(const CSyncObject&) = delete;
     CSyncObject& operator=(const CSyncObject&) = delete;
-    virtual ~CSyncObject();
+    ~CSyncObject() override;
 
     // Waits until the calling thread has it, `timeout` milliseconds at most, without limit for
     // INFINITE. FALSE when it cannot be had.

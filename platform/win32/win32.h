@@ -26,6 +26,7 @@
 #include "safearray.h"
 #include "static_control.h"
 #include "text.h"
+#include "thread.h"
 #include "top_window.h"
 #include "types.h"
 #include "ui_language.h"

@@ -3,8 +3,8 @@
 #     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
 
 set(prefix "vtable for |typeinfo for |typeinfo name for |(unsigned )?int ")
-set(classes RVDateTime RVDwordCrossRef RVEditingStatus RVGUIDNode RVMutex RVNameCache RVSharedMemory
-  RVStringPacker RVVariant RVXmlParser)
+set(classes RVDateTime RVDwordCrossRef RVEditingStatus RVGUIDNode RVMutex RVNameCache RVResourceLoader
+  RVSharedMemory RVStringPacker RVVariant RVXmlParser)
 set(functions pBase64_ "(HashKey|CompareElements)<RVGUIDNode")
 list(JOIN classes "|" classes)
 list(JOIN functions "|" functions)

@@ -1,0 +1,7 @@
+#include "thread.h"
+
+#include <unistd.h>
+
+DWORD GetCurrentThreadId() noexcept {
+    return static_cast<DWORD>(gettid());
+}
