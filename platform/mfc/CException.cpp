@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <iterator>
 
 namespace {
@@ -70,9 +71,17 @@ void CException::Delete() noexcept {
     delete this;
 }
 
+BOOL CException::GetErrorMessage(char*, UINT) const noexcept {
+    return FALSE;
+}
+
 CMemoryException::~CMemoryException() = default;
 
 void CMemoryException::Delete() noexcept {}
+
+BOOL CMemoryException::GetErrorMessage(char* text, UINT room) const noexcept {
+    return std::snprintf(text, room, "Out of memory.") > 0;
+}
 
 CFileException::CFileException(int cause, LONG os_error, const char* file_name)
     : m_cause(cause), m_lOsError(os_error), m_strFileName(file_name) {}

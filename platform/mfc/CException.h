@@ -25,6 +25,10 @@ public:
     // Ends the life of an exception that was made by new or thrown. Call it once, in the handler
     // that does not rethrow.
     virtual void Delete() noexcept;
+
+    // Copies what happened, for the user, to `text` of `room` bytes, cut to fit, with a NUL. FALSE,
+    // with nothing written, when the exception does not tell.
+    virtual BOOL GetErrorMessage(char* text, UINT room) const noexcept;
 };
 
 // The heap is exhausted. One object serves every throw, so that throwing needs no memory. Thrown
@@ -34,6 +38,7 @@ public:
     ~CMemoryException() override;
 
     void Delete() noexcept override;
+    BOOL GetErrorMessage(char* text, UINT room) const noexcept override;
 };
 
 // A file operation failed.

@@ -191,6 +191,13 @@ CString& CString::MakeUpper() noexcept {
     return *this;
 }
 
+CString& CString::MakeLower() noexcept {
+    const Folding folding;
+    for (char* at = m_Data; at != m_Data + m_Length; ++at)
+        *at = static_cast<char>(folding.Lower(*at));
+    return *this;
+}
+
 CString& CString::TrimLeft() noexcept {
     const std::size_t first = View(*this).find_first_not_of(kWhiteSpace);
     const int cut = first == std::string_view::npos ? m_Length : static_cast<int>(first);

@@ -103,6 +103,8 @@ public:
     // Inserts before `index`, at the end for an index behind it, and gives the new length.
     int Insert(int index, const CString& text);
     CString& MakeUpper() noexcept;
+    // Two texts made lower compare as CompareNoCase does.
+    CString& MakeLower() noexcept;
     CString& TrimLeft() noexcept;
     CString& TrimRight() noexcept;
 

@@ -2,10 +2,84 @@
 
 #include <utility>
 
-CWnd::CWnd() noexcept : m_hWnd(nullptr) {}
+#include "CException.h"
+#include "CWinApp.h"
+#include "WindowMap.h"
+
+namespace {
+
+thread_local WindowMap t_Objects;
+
+// The objects of windows that nobody has made one for.
+class PlainObjects {
+public:
+    PlainObjects() = default;
+    PlainObjects(const PlainObjects&) = delete;
+    PlainObjects& operator=(const PlainObjects&) = delete;
+    ~PlainObjects() {
+        m_Objects.Delete_If([](HWND) { return true; });
+    }
+
+    CWnd* Of(HWND window) {
+        if (CWnd* const found = m_Objects.Find(window)) return found;
+        if (++m_Made % kSweep == 0) m_Objects.Delete_If([](HWND old) { return !::IsWindow(old); });
+        auto* const object = new CWnd;
+        object->m_hWnd = window;
+        m_Objects.Add(*object);
+        return object;
+    }
+
+private:
+    static constexpr unsigned kSweep = 64;  // so many are made before those of ended windows go
+
+    WindowMap m_Objects = {};
+    unsigned m_Made = 0;
+};
+
+// The message that this thread answers, for Default.
+struct Message {
+    UINT message;
+    WPARAM first;
+    LPARAM second;
+};
+thread_local Message t_Current;
+
+class AnsweredMessage {
+public:
+    explicit AnsweredMessage(const Message& message)
+        : m_Before(std::exchange(t_Current, message)) {}
+    AnsweredMessage(const AnsweredMessage&) = delete;
+    AnsweredMessage& operator=(const AnsweredMessage&) = delete;
+    ~AnsweredMessage() { t_Current = m_Before; }
+
+private:
+    const Message m_Before;
+};
+
+// The child that a message to its parent is about; null for any other message.
+HWND Child_Of(UINT message, LPARAM second) {
+    if (message == WM_COMMAND) return reinterpret_cast<HWND>(second);
+    if (message != WM_NOTIFY || !second) return nullptr;
+    return reinterpret_cast<const NMHDR*>(second)->hwndFrom;
+}
+
+}  // namespace
+
+CWnd::CWnd() noexcept = default;
 
 CWnd::~CWnd() {
     CWnd::DestroyWindow();
+}
+
+CWnd* CWnd::FromHandle(HWND window) {
+    static thread_local PlainObjects t_PlainObjects;
+    if (!window) return nullptr;
+    CWnd* const object = FromHandlePermanent(window);
+    return object ? object : t_PlainObjects.Of(window);
+}
+
+CWnd* CWnd::FromHandlePermanent(HWND window) noexcept {
+    return window ? t_Objects.Find(window) : nullptr;
 }
 
 BOOL CWnd::CreateEx(DWORD extended_style, const char* class_name, const char* text, DWORD style,
@@ -15,13 +89,122 @@ BOOL CWnd::CreateEx(DWORD extended_style, const char* class_name, const char* te
         return FALSE;
     }
     // A child has its id in the place of a menu.
-    m_hWnd = CreateWindowExA(
+    HWND const window = CreateWindowExA(
         extended_style, class_name, text, style, place.left, place.top, place.right - place.left,
         place.bottom - place.top, parent ? parent->m_hWnd : nullptr,
         reinterpret_cast<HMENU>(UINT_PTR{id}), GetModuleHandleA(nullptr), nullptr);
-    return m_hWnd != nullptr;
+    return window && SubclassWindow(window);
 }
 
 BOOL CWnd::DestroyWindow() {
-    return m_hWnd && ::DestroyWindow(std::exchange(m_hWnd, nullptr));
+    HWND const window = m_hWnd;
+    const BOOL done = window && ::DestroyWindow(window);
+    if (m_hWnd == window) Forget();
+    return done;
 }
+
+BOOL CWnd::Attach(HWND window) noexcept {
+    if (::IsWindow(m_hWnd) || !::IsWindow(window) || t_Objects.Find(window)) return FALSE;
+    Forget();
+    m_hWnd = window;
+    t_Objects.Add(*this);
+    return TRUE;
+}
+
+HWND CWnd::Detach() noexcept {
+    // Where somebody else has put a procedure before this one, it has to stay.
+    const auto own = reinterpret_cast<LONG_PTR>(&Receive);
+    if (m_pfnSuper && GetWindowLongPtrA(m_hWnd, GWLP_WNDPROC) == own)
+        SetWindowLongPtrA(m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_pfnSuper));
+    return Forget();
+}
+
+HWND CWnd::Forget() noexcept {
+    if (m_hWnd) t_Objects.Remove(*this);
+    m_pfnSuper = nullptr;
+    return std::exchange(m_hWnd, nullptr);
+}
+
+BOOL CWnd::SubclassWindow(HWND window) noexcept {
+    if (!Attach(window)) return FALSE;
+    const auto own = reinterpret_cast<LONG_PTR>(&Receive);
+    m_pfnSuper = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(window, GWLP_WNDPROC, own));
+    if (!m_pfnSuper) Forget();
+    return m_hWnd != nullptr;
+}
+
+BOOL CWnd::SubclassDlgItem(UINT id, CWnd* parent) noexcept {
+    return parent && SubclassWindow(::GetDlgItem(parent->m_hWnd, static_cast<int>(id)));
+}
+
+LRESULT CWnd::Receive(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
+    CWnd* const object = FromHandlePermanent(window);
+    if (!object) return ::DefWindowProcA(window, message, first, second);
+    const AnsweredMessage answered({message, first, second});
+    LRESULT result = 0;
+    try {
+        result = object->WindowProc(message, first, second);
+    } catch (CException* exception) {
+        AfxProcessWndProcException(exception);
+        exception->Delete();
+    } catch (...) {
+        AfxProcessWndProcException(nullptr);
+    }
+    // The object itself may have ended meanwhile.
+    if (message == WM_NCDESTROY && FromHandlePermanent(window) == object) object->Detach();
+    return result;
+}
+
+LRESULT CWnd::WindowProc(UINT message, WPARAM first, LPARAM second) {
+    LRESULT result = 0;
+    return OnWndMsg(message, first, second, &result) ? result : Pass_On(message, first, second);
+}
+
+LRESULT CWnd::Pass_On(UINT message, WPARAM first, LPARAM second) noexcept {
+    return m_pfnSuper ? CallWindowProcA(m_pfnSuper, m_hWnd, message, first, second)
+                      : ::DefWindowProcA(m_hWnd, message, first, second);
+}
+
+LRESULT CWnd::Default() noexcept {
+    return Pass_On(t_Current.message, t_Current.first, t_Current.second);
+}
+
+BOOL CWnd::OnWndMsg(UINT message, WPARAM first, LPARAM second, LRESULT* result) {
+    CWnd* const child = FromHandlePermanent(Child_Of(message, second));
+    if (child && child->OnChildNotify(message, first, second, result)) return TRUE;
+    UINT code = 0;
+    UINT_PTR id = 0;
+    if (message == WM_COMMAND) {
+        code = HIWORD(first);
+        id = LOWORD(first);
+    } else if (message == WM_NOTIFY && second) {
+        code = reinterpret_cast<const NMHDR*>(second)->code;
+        id = reinterpret_cast<const NMHDR*>(second)->idFrom;
+    }
+    return Answer({message, code, id, nullptr}, first, second, *result);
+}
+
+BOOL CWnd::OnChildNotify(UINT message, WPARAM first, LPARAM second, LRESULT* result) {
+    const UINT code =
+        message == WM_NOTIFY ? reinterpret_cast<const NMHDR*>(second)->code : HIWORD(first);
+    return Answer({WM_REFLECT_BASE + message, code, 0, nullptr}, first, second, *result);
+}
+
+BOOL CWnd::Answer(const AFX_MSGMAP_ENTRY& wanted, WPARAM first, LPARAM second, LRESULT& result) {
+    for (const AFX_MSGMAP* map = GetMessageMap(); map;
+         map = map->pfnGetBaseMap ? map->pfnGetBaseMap() : nullptr) {
+        for (const AFX_MSGMAP_ENTRY* entry = map->lpEntries; entry->nMessage; ++entry) {
+            if (entry->nMessage == wanted.nMessage && entry->nCode == wanted.nCode &&
+                entry->nID == wanted.nID)
+                return entry->pfn(*this, first, second, result);
+        }
+    }
+    return FALSE;
+}
+
+void CWnd::OnDestroy() {
+    Default();
+}
+
+BEGIN_MESSAGE_MAP(CWnd, CCmdTarget)
+END_MESSAGE_MAP()

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "cursor.h"
 #include "error.h"
 #include "file.h"
 #include "gdi_object.h"
@@ -131,8 +132,8 @@ HICON LoadIconA(HINSTANCE module, LPCSTR name) noexcept {
 }
 
 HCURSOR LoadCursorA(HINSTANCE module, LPCSTR name) noexcept {
-    return Load_Shared(module ? module->cursors : std::span<rv::IconResource>(), name,
-                       IconKind::kCursor);
+    if (!module) return rv::System_Cursor(name);
+    return Load_Shared(module->cursors, name, IconKind::kCursor);
 }
 
 BOOL DestroyIcon(HICON icon) noexcept {

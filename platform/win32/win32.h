@@ -6,6 +6,7 @@
 #include "button.h"
 #include "critical_section.h"
 #include "crttime.h"
+#include "cursor.h"
 #include "date_time_picker.h"
 #include "dialog.h"
 #include "edit.h"

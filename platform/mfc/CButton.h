@@ -1,0 +1,11 @@
+// The button.
+#pragma once
+
+#include "CWnd.h"
+
+class RVPLATFORM_API CButton : public CWnd {
+public:
+    // Makes the control as a child of `parent`, which is not null; WS_CHILD is added to `style`.
+    // FALSE on failure, as CreateEx.
+    virtual BOOL Create(const char* text, DWORD style, const RECT& place, CWnd* parent, UINT id);
+};
