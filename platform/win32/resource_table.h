@@ -12,8 +12,15 @@ namespace rv {
 // The resource of that number, or null with ERROR_RESOURCE_NAME_NOT_FOUND.
 template <class Resource>
 [[nodiscard]] Resource* Find_Resource(std::span<Resource> table, UINT id) noexcept {
-    const auto found = std::ranges::lower_bound(table, id, {}, &Resource::id);
-    if (found != table.end() && found->id == id) return &*found;
+    if (!table.empty() && id >= table.front().id) {
+        // Each number stands no farther from the first than its distance from that, and where none
+        // is left out, just there.
+        const std::size_t distance = id - table.front().id;
+        if (distance < table.size() && table[distance].id == id) return &table[distance];
+        const auto rest = table.first(std::min(table.size(), distance));
+        const auto found = std::ranges::lower_bound(rest, id, {}, &Resource::id);
+        if (found != rest.end() && found->id == id) return &*found;
+    }
     SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
     return nullptr;
 }

@@ -1,6 +1,7 @@
 #include "LanguageFile.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -48,11 +49,14 @@ const char* Find_Invalid(const char* at, const char* end) noexcept {
         if (end - at >= 8) {
             std::memcpy(&eight, at, 8);
             constexpr std::uint64_t kHigh = 0x8080808080808080, kOnes = 0x0101010101010101;
-            // Without a byte above ASCII, the difference has its high bit where a byte is NUL.
-            if (((eight | (eight - kOnes)) & kHigh) == 0) {
+            // The high bit of a byte above ASCII, and in the difference, that of a NUL.
+            const std::uint64_t found = (eight | (eight - kOnes)) & kHigh;
+            if (found == 0) {
                 at += 8;
                 continue;
             }
+            if constexpr (std::endian::native == std::endian::little)
+                at += std::countr_zero(found) / 8;
         }
         const auto first = static_cast<unsigned char>(*at);
         const std::size_t length = first < 0x80 ? first != 0 : Character_Length(at, end);
@@ -249,9 +253,9 @@ LanguageFile::Result LanguageFile::Read(const char* path, CString& fault) {
 LanguageFile::Result LanguageFile::Parse(HeapText bytes, std::size_t size, const char* name,
                                          CString& fault) {
     Entries entries;
-    // Most lines are items of about this length.
-    constexpr std::size_t kUsualLine = 48;
-    entries.reserve(size / kUsualLine);
+    // Few lines are shorter; room that is not used costs nothing.
+    constexpr std::size_t kShortLine = 24;
+    entries.reserve(size / kShortLine);
     Parser parser(bytes.get(), size, entries);
     if (const char* const wrong = parser.Parse()) {
         fault.Format("%s:%zu: the line %s", name, parser.Line(), wrong);

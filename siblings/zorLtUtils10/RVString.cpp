@@ -77,13 +77,20 @@ BSTR RVString::Get_BSTR() const {
 }
 
 bool RVString::Load_String(HINSTANCE module, unsigned int id) {
-    constexpr int kFirstRoom = 256;  // most texts of a user interface fit
+    constexpr int kUsualRoom = 256;  // most texts of a user interface fit
     constexpr int kLongestCharacter = 4;
+    char usual[kUsualRoom];
+    int length = LoadStringA(module, id, usual, kUsualRoom);
+    if (length <= 0) return false;
     // The length is not told in advance: a text that ends where the room does may have been cut, in
     // front of a character of several bytes even before.
+    if (length + kLongestCharacter < kUsualRoom) {
+        SetString(usual, length);
+        return true;
+    }
     CString text;
-    for (int room = kFirstRoom;; room *= 4) {
-        const int length = LoadStringA(module, id, text.GetBuffer(room - 1), room);
+    for (int room = 4 * kUsualRoom;; room *= 4) {
+        length = LoadStringA(module, id, text.GetBuffer(room - 1), room);
         if (length <= 0) return false;
         if (length + kLongestCharacter >= room) continue;
         text.ReleaseBuffer(length);
