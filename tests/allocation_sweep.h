@@ -3,6 +3,7 @@
 #pragma once
 
 #include <RVUtils/Allocation.h>
+#include <RVUtils/CException.h>
 
 #include <atomic>
 
@@ -51,6 +52,23 @@ int Sweep_Allocations(Operation operation,
         operation();
         if (!FailingAllocation::Failed()) return number;
     }
+}
+
+// The same for an operation that throws CMemoryException where an allocation fails; behind each
+// exception comes `check`.
+template <class Operation, class Check = void (*)()>
+int Sweep_Exceptions(
+    Operation operation, Check check = [] {},
+    FailingAllocation::Mode mode = FailingAllocation::Mode::kOnce) {
+    const auto attempt = [&] {
+        try {
+            operation();
+        } catch (CMemoryException* exception) {
+            exception->Delete();
+            check();
+        }
+    };
+    return Sweep_Allocations(attempt, mode);
 }
 
 }  // namespace rv_test

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "texts.h"
+
 namespace {
 
 using namespace attachments;
@@ -21,10 +23,8 @@ std::string First_Value(const std::string& document) {
     RVString name;
     RVString value;
     ULONG children = 0;
-    const RVString text(CString(document.data(), static_cast<int>(document.size())));
-    if (!parser.Load_Text(text)) return "(refused)";
-    if (!parser.Next(name, value, children)) return "(none)";
-    return {value.GetString(), static_cast<std::size_t>(value.GetLength())};
+    if (!parser.Load_Text(rv_test::To_RVString(document))) return "(refused)";
+    return parser.Next(name, value, children) ? rv_test::Text(value) : "(none)";
 }
 
 TEST(Names, EveryByteSurvivesTheReader) {

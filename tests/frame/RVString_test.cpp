@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "allocation_sweep.h"
+#include "texts.h"
 
 namespace {
 
@@ -19,13 +20,8 @@ static_assert(std::has_virtual_destructor_v<RVString>);
 static_assert(std::is_convertible_v<const RVString&, ULONG>);
 static_assert(std::is_nothrow_move_assignable_v<RVString>);
 
-std::string Bytes(const CString& text) {
-    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
-}
-
-CString Counted(std::string_view text) {
-    return {text.data(), static_cast<int>(text.size())};
-}
+using rv_test::Text;
+using rv_test::To_RVString;
 
 constexpr std::string_view kTexts[] = {
     ""sv,   "x"sv,    "X"sv,           "15 bytes inside"sv, "16 bytes outside"sv,
@@ -35,31 +31,32 @@ TEST(RVString, CopiesAndComparesTextsFromEverySource) {
     for (const std::string_view text : kTexts)
         for (const std::string_view other : kTexts) {
             SCOPED_TRACE(testing::PrintToString(text) + " " + testing::PrintToString(other));
-            const RVString suite = Counted(text);
-            RVString target = Counted(other);
+            const RVString suite = To_RVString(text);
+            const CString counted = suite;
+            RVString target = To_RVString(other);
             EXPECT_EQ(target != suite, text != other);
-            EXPECT_EQ(target != Counted(text), text != other);
+            EXPECT_EQ(target != counted, text != other);
             EXPECT_EQ(target == suite, text == other);
             EXPECT_EQ(target != text.data(), text.data() != std::string(other));
-            EXPECT_EQ(Bytes(target = Counted(text)), text);
-            target = Counted(other);
-            EXPECT_EQ(Bytes(target = suite), text);
-            target = Counted(other);
-            EXPECT_EQ(Bytes(target = text.data()), text.data());  // up to its NUL
-            EXPECT_EQ(Bytes(RVString(text.data())), text.data());
-            EXPECT_EQ(Bytes(RVString(suite)), text);
+            EXPECT_EQ(Text(target = counted), text);
+            target = To_RVString(other);
+            EXPECT_EQ(Text(target = suite), text);
+            target = To_RVString(other);
+            EXPECT_EQ(Text(target = text.data()), text.data());  // up to its NUL
+            EXPECT_EQ(Text(RVString(text.data())), text.data());
+            EXPECT_EQ(Text(RVString(suite)), text);
         }
 }
 
 TEST(RVString, WidensAndNarrows) {
     for (const std::string_view text : {""sv, "A"sv, "16 bytes outside"sv, "a\0b"sv, "\0"sv}) {
         const std::wstring wide(text.begin(), text.end());
-        BSTR const given = RVString(Counted(text)).Get_BSTR();
+        BSTR const given = To_RVString(text).Get_BSTR();
         ASSERT_NE(given, nullptr);
         EXPECT_EQ(std::wstring_view(given, SysStringLen(given)), wide);
         RVString back = "before";
-        EXPECT_EQ(Bytes(back = given), text.data());  // up to its NUL
-        EXPECT_EQ(Bytes(RVString(given)), text.data());
+        EXPECT_EQ(Text(back = given), text.data());  // up to its NUL
+        EXPECT_EQ(Text(RVString(given)), text.data());
         SysFreeString(given);
     }
     // Every byte comes back, in whatever locale.
@@ -67,10 +64,10 @@ TEST(RVString, WidensAndNarrows) {
     for (int byte = 255; byte > 0; --byte)
         all += static_cast<char>(byte);
     BSTR const wide = RVString(all.c_str()).Get_BSTR();
-    EXPECT_EQ(Bytes(RVString(wide)), all);
+    EXPECT_EQ(Text(RVString(wide)), all);
     SysFreeString(wide);
     wchar_t* const null = nullptr;
-    EXPECT_EQ(Bytes(RVString(null)), "");
+    EXPECT_EQ(Text(RVString(null)), "");
 }
 
 TEST(RVString, ReadsNumbers) {
@@ -94,18 +91,18 @@ TEST(RVString, ReadsNumbers) {
                   0},
                  {"0x1f", 0}};
     for (const auto& row : kRows)
-        EXPECT_EQ(static_cast<ULONG>(RVString(Counted(row.text))), row.number) << row.text;
+        EXPECT_EQ(static_cast<ULONG>(To_RVString(row.text)), row.number) << row.text;
 }
 
 TEST(RVString, WritesNumbersThatReadBack) {
     RVString text = "before";
     for (const int number : {0, 9, -1, 10, INT_MAX, INT_MIN}) {
         text.Number_To_String(number);
-        EXPECT_EQ(Bytes(text), std::to_string(number));
+        EXPECT_EQ(Text(text), std::to_string(number));
         EXPECT_EQ(static_cast<ULONG>(text), static_cast<ULONG>(number));
     }
     text.Number_To_String(ULONG{4294967295});
-    EXPECT_EQ(Bytes(text), "4294967295");
+    EXPECT_EQ(Text(text), "4294967295");
 }
 
 TEST(RVString, LoadsStringResources) {
@@ -117,38 +114,32 @@ TEST(RVString, LoadsStringResources) {
         for (const HINSTANCE module : {HINSTANCE(nullptr), HINSTANCE(GetModuleHandleA(nullptr))}) {
             RVString text = "before";
             EXPECT_TRUE(text.Load_String(module, length)) << length;
-            EXPECT_EQ(Bytes(text), expected);
+            EXPECT_EQ(Text(text), expected);
         }
     }
     RVString text = "before";
     for (const unsigned int absent : {0u, 2u, 14u, 17u, 249u, 65535u}) {
         EXPECT_FALSE(text.Load_String(nullptr, absent)) << absent;
-        EXPECT_EQ(Bytes(text), "before");
+        EXPECT_EQ(Text(text), "before");
     }
 }
 
 TEST(RVString, ThrowsWithoutMemoryAndKeepsTheText) {
     wchar_t wide[] = L"more than fifteen bytes";
-    for (int way = 0; way < 6; ++way)
-        rv_test::Sweep_Allocations([&] {
-            RVString text = "before";
-            try {
-                if (way == 0) text = "more than fifteen bytes";
-                if (way == 1) text = CString("more than fifteen bytes");
-                if (way == 2) text = wide;
-                if (way == 3 && !text.Load_String(nullptr, 16)) ADD_FAILURE();
-                if (way == 4 && !text.Load_String(nullptr, 1025)) ADD_FAILURE();
-                if (way == 5) {
-                    BSTR const given = text.Get_BSTR();
-                    EXPECT_NE(given, nullptr);
-                    SysFreeString(given);
-                }
-                EXPECT_EQ(Bytes(text) == "before", way == 5);
-            } catch (CMemoryException* exception) {
-                exception->Delete();
-                EXPECT_EQ(Bytes(text), "before");
-            }
-        });
+    for (int way = 0; way < 6; ++way) {
+        RVString text;
+        const auto change = [&] {
+            text = "before";
+            if (way == 0) text = "more than fifteen bytes";
+            if (way == 1) text = CString("more than fifteen bytes");
+            if (way == 2) text = wide;
+            if (way == 3 && !text.Load_String(nullptr, 16)) ADD_FAILURE();
+            if (way == 4 && !text.Load_String(nullptr, 1025)) ADD_FAILURE();
+            if (way == 5) SysFreeString(text.Get_BSTR());
+            EXPECT_EQ(Text(text) == "before", way == 5);
+        };
+        rv_test::Sweep_Exceptions(change, [&] { EXPECT_EQ(Text(text), "before"); });
+    }
 }
 
 }  // namespace

@@ -88,16 +88,12 @@ TEST(CList, TakesNodesByTheBlockAndKeepsThemUntilAllAreRemoved) {
             for (int i = 0; i < row.elements; ++i)
                 list.AddTail(Element(i));
         };
-        EXPECT_EQ(rv_test::Sweep_Allocations([&] {
-                      list.RemoveAll();
-                      try {
-                          list.Expect(row.expected);
-                          fill();
-                      } catch (CMemoryException* exception) {
-                          exception->Delete();
-                      }
-                  }),
-                  row.blocks);
+        const auto refill = [&] {
+            list.RemoveAll();
+            list.Expect(row.expected);
+            fill();
+        };
+        EXPECT_EQ(rv_test::Sweep_Exceptions(refill), row.blocks);
         const FailingAllocation none(0, FailingAllocation::Mode::kFromThereOn);
         while (!list.IsEmpty())
             list.RemoveHead();

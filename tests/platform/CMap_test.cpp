@@ -142,18 +142,13 @@ TEST(CMap, TakesMemoryWhenItSays) {
         Map map;
         map.InitHashTable(3, TRUE);
         map.InitHashTable(17, TRUE);  // in place of the table before
-        EXPECT_EQ(rv_test::Sweep_Allocations([&] {
-                      map.RemoveAll();  // gives all of it back
-                      try {
-                          map.InitHashTable(row.buckets, row.now);
-                          for (ULONG id = 0; id < row.entries; ++id)
-                              map[id];
-                      } catch (CMemoryException* exception) {
-                          exception->Delete();
-                      }
-                  }),
-                  row.allocations)
-            << row.why;
+        const auto fill = [&] {
+            map.RemoveAll();  // gives all of it back
+            map.InitHashTable(row.buckets, row.now);
+            for (ULONG id = 0; id < row.entries; ++id)
+                map[id];
+        };
+        EXPECT_EQ(rv_test::Sweep_Exceptions(fill), row.allocations) << row.why;
     }
 }
 

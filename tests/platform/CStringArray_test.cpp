@@ -61,18 +61,14 @@ TEST(CStringArray, BehavesLikeAVectorThroughEveryFailure) {
 // Every allocation of the row fails once; there are few of them.
 TEST(CStringArray, AppendsInFewAllocations) {
     CStringArray array;
-    EXPECT_LE(rv_test::Sweep_Allocations([&] {
-                  array.RemoveAll();
-                  try {
-                      while (array.GetSize() < 5000)
-                          array.SetSize(array.GetSize() + 1, 1);
-                      while (array.Add("short") < 10000) {
-                      }
-                  } catch (CMemoryException* exception) {
-                      exception->Delete();
-                  }
-              }),
-              40);
+    const auto fill = [&array] {
+        array.RemoveAll();
+        while (array.GetSize() < 5000)
+            array.SetSize(array.GetSize() + 1, 1);
+        while (array.Add("short") < 10000) {
+        }
+    };
+    EXPECT_LE(rv_test::Sweep_Exceptions(fill), 40);
 }
 
 }  // namespace

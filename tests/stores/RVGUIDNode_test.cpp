@@ -39,18 +39,15 @@ TEST(RVGUIDNode, IsAKeyByItsGuidWhateverItsPointer) {
 TEST(RVGUIDNode, StaysAsItWasWithoutMemory) {
     const RVGUIDNode source(kName, nullptr);
     for (const bool copies : {false, true}) {
-        EXPECT_EQ(rv_test::Sweep_Allocations([&] {
-                      RVGUIDNode node;
-                      try {
-                          copies ? void(node = source) : node.Set_GUID(kName);
-                          EXPECT_EQ(HashKey<RVGUIDNode&>(node), kNameHash);
-                      } catch (CMemoryException* exception) {
-                          exception->Delete();
-                          EXPECT_EQ(HashKey<RVGUIDNode&>(node), 0u);
-                      }
-                      EXPECT_EQ(node == source, HashKey<RVGUIDNode&>(node) == kNameHash);
-                  }),
-                  1);
+        RVGUIDNode node;
+        const auto set = [&] { copies ? void(node = source) : node.Set_GUID(kName); };
+        const auto check = [&] {
+            EXPECT_EQ(HashKey<RVGUIDNode&>(node), 0u);
+            EXPECT_EQ(node == source, 0);
+        };
+        EXPECT_EQ(rv_test::Sweep_Exceptions(set, check), 1);
+        EXPECT_EQ(HashKey<RVGUIDNode&>(node), kNameHash);
+        EXPECT_EQ(node == source, 1);
     }
 }
 

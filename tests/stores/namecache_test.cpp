@@ -4,29 +4,28 @@
 #include <atomic>
 #include <cstdint>
 #include <list>
-#include <map>
 #include <random>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
 #include "allocation_sweep.h"
 #include "report_recorder.h"
+#include "texts.h"
 
 namespace {
 
+using namespace std::string_view_literals;
 using rv_test::ReportRecorder;
 using rv_test::Reports;
+using rv_test::Text;
 using Item = std::pair<ULONG, std::string>;
 using Items = std::vector<Item>;
 
 void Add(RVNameCache& cache, ULONG id, const std::string& text) {
-    RVString name(CString(text.data(), static_cast<int>(text.size())));
+    RVString name = rv_test::To_RVString(text);
     cache.Add_Association(id, name);
-}
-
-std::string Text(const RVString& name) {
-    return {name.GetString(), static_cast<std::size_t>(name.GetLength())};
 }
 
 // The items that a scan still has to give.
@@ -46,8 +45,8 @@ Items Scan(RVNameCache& cache) {
     return items;
 }
 
-// The scan's order as it is defined: a walk over 17 chains, newest first, and an insertion in front
-// of the first greater name.
+// The cache with the scan's order as it is defined: a walk over 17 chains, newest first, and an
+// insertion in front of the first greater name.
 class LiteralCache {
 public:
     void Add(ULONG id, const std::string& name) {
@@ -60,6 +59,11 @@ public:
     }
     void Remove(ULONG id) {
         Chain(id).remove_if([id](const Item& item) { return item.first == id; });
+    }
+    const std::string* Find(ULONG id) {
+        for (const Item& item : Chain(id))
+            if (item.first == id) return &item.second;
+        return nullptr;
     }
     Items Scan() const {
         std::list<Item> sorted;
@@ -85,71 +89,46 @@ private:
     std::list<Item> m_Chains[17];
 };
 
-TEST(NameCache, ScansInTheDefinedOrder) {
-    std::mt19937 random(20260101);
-    RVNameCache cache;
-    LiteralCache literal;
+TEST(NameCache, FindsAndScansLikeTheLiteralOne) {
     // Names with much in common, some of them equal, and some with a NUL or a byte above ASCII.
-    const auto pick_name = [&random] {
-        static const std::string kEnds[] = {"",
-                                            "a",
-                                            "B",
-                                            "ab",
-                                            std::string("a\0", 2),
-                                            "\xE9",
-                                            "aa",
-                                            "common text b",
-                                            "common text a",
-                                            "common text aa"};
-        return (random() % 4 ? "Common text " : "") + kEnds[random() % std::size(kEnds)];
-    };
-    for (int step = 0; step < 4000; ++step) {
-        // Few ids, so that they come and go again; a quarter of them with the top bit set.
-        const auto id =
-            static_cast<ULONG>((random() % 4 ? 0 : 0xFFFFFF00) + random() % 64 * (random() % 3));
-        if (random() % 3) {
-            const std::string name = pick_name();
-            Add(cache, id, name);
-            literal.Add(id, name);
-        } else {
-            cache.Remove_Association(id);
-            literal.Remove(id);
-        }
-        if (step % 50 == 0) {
-            ASSERT_EQ(Scan(cache), literal.Scan()) << "step " << step;
-        }
-    }
-}
-
-TEST(NameCache, FindsWhatTheMapHolds) {
+    constexpr std::string_view kBeginnings[] = {"", "Common text ", "Common text common "};
+    constexpr std::string_view kEnds[] = {"", "a", "b", "B", "ab", "aa", "a\xE9", "a\0"sv, "\xE9"};
     std::mt19937 random(20260101);
-    RVNameCache cache;
-    std::map<ULONG, std::string> map;
-    for (int step = 0; step < 100'000; ++step) {
-        // Dense ids, and some that are far apart.
-        const auto id = static_cast<ULONG>(random() % 2 ? random() % 5000 : random() & 0xFFFF0003);
-        const std::string name = "name " + std::to_string(random() % 1000);
-        switch (random() % 3) {
-            case 0:
+    for (const int steps : {4000, 12'000}) {
+        RVNameCache cache;
+        LiteralCache literal;
+        // Few ids, so that they come and go again, some of them with the top bit set; then many,
+        // dense ones and some that are far apart.
+        const auto pick_id = [&] {
+            if (steps > 4000)
+                return static_cast<ULONG>(random() % 2 ? random() % 5000 : random() & 0xFFFF0003);
+            return static_cast<ULONG>((random() % 4 ? 0 : 0xFFFFFF00) +
+                                      random() % 64 * (random() % 3));
+        };
+        for (int step = 1; step <= steps; ++step) {
+            const ULONG id = pick_id(), other = pick_id();
+            if (random() % 3) {
+                std::string name(kBeginnings[random() % std::size(kBeginnings)]);
+                name += kEnds[random() % std::size(kEnds)];
                 Add(cache, id, name);
-                map[id] = name;
-                break;
-            case 1:
+                literal.Add(id, name);
+            } else {
                 cache.Remove_Association(id);
-                map.erase(id);
-                break;
-            default:
-                RVString found("untouched");
-                const auto known = map.find(id);
-                ASSERT_EQ(cache.Get_Association(id, found), known != map.end());
-                ASSERT_EQ(Text(found), known == map.end() ? "untouched" : known->second);
+                literal.Remove(id);
+            }
+            RVString found("untouched");
+            const std::string* const known = literal.Find(other);
+            ASSERT_EQ(cache.Get_Association(other, found), known != nullptr);
+            ASSERT_EQ(Text(found), known ? *known : "untouched");
+            if (step % (steps == 4000 ? 50 : 6000) == 0) {
+                ASSERT_EQ(Scan(cache), literal.Scan()) << "step " << step;
+            }
         }
+        cache.Remove_All();
+        EXPECT_TRUE(Scan(cache).empty());
+        Add(cache, 7, "again");
+        EXPECT_EQ(Scan(cache), (Items{{7, "again"}}));
     }
-    ASSERT_EQ(Scan(cache).size(), map.size());
-    cache.Remove_All();
-    EXPECT_TRUE(Scan(cache).empty());
-    Add(cache, 7, "again");
-    EXPECT_EQ(Scan(cache), (Items{{7, "again"}}));
 }
 
 TEST(NameCache, ScanStates) {
@@ -184,8 +163,7 @@ TEST(NameCache, ScanStates) {
 }
 
 // A cache of an application.
-class FilledCache : public RVNameCache {
-public:
+struct FilledCache : RVNameCache {
     int Get_Association(ULONG id, RVString& name) override {
         if (Lookup(id, name)) return 1;
         Load_Cache();
@@ -209,31 +187,22 @@ TEST(NameCache, WithoutMemoryItIsAsItWas) {
     for (ULONG id = 0; id < 12; ++id)  // the next one needs more room everywhere
         Add(cache, id, long_name);
     const Items before = Scan(cache);
-    const auto run = [&](auto operation) {
-        const auto attempt = [&] {
-            try {
-                operation();
-            } catch (CMemoryException* error) {
-                error->Delete();
-            }
-        };
-        EXPECT_GT(rv_test::Sweep_Allocations(attempt), 0);
-    };
-    run([&] {
-        RVString name(long_name.c_str());
-        cache.Add_Association(50, name);
+    const auto add = [&] {
+        Add(cache, 50, long_name);
         cache.Remove_Association(50);
-    });
+    };
+    EXPECT_GT(rv_test::Sweep_Exceptions(add), 0);
     EXPECT_EQ(Scan(cache), before);
 
     // The lock stays with this thread until the scan is stopped.
-    run([&] {
+    const auto scan = [&] {
         struct Stop {
             ~Stop() { cache.Stop_Scan(); }
             RVNameCache& cache;
         } stop = {cache};
         cache.Start_Scan();
-    });
+    };
+    EXPECT_GT(rv_test::Sweep_Exceptions(scan), 0);
     EXPECT_EQ(Scan(cache), before);
     std::thread([&] { EXPECT_EQ(Scan(cache), before); }).join();
 }

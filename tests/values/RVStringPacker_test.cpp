@@ -7,23 +7,20 @@
 #include <vector>
 
 #include "allocation_sweep.h"
+#include "texts.h"
 
 namespace {
 
 using Items = std::vector<std::string>;
 
-RVString Text(const std::string& text) {
-    return CString(text.data(), static_cast<int>(text.size()));
-}
-
-std::string Text(const CString& text) {
-    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
-}
+using rv_test::Sweep_Exceptions;
+using rv_test::Text;
+using rv_test::To_RVString;
 
 Items Unpacked(const RVStringPacker& packer, const std::string& delimiter = "\\") {
     CStringArray array;
     array.Add("goes");
-    packer.Unpack(array, Text(delimiter));
+    packer.Unpack(array, To_RVString(delimiter));
     Items items;
     for (INT_PTR i = 0; i < array.GetSize(); ++i)
         items.push_back(Text(array[i]));
@@ -60,11 +57,11 @@ TEST(RVStringPacker, PacksAndUnpacks) {
         RVStringPacker packer(RVString("before")), assigned;
         packer.Empty();
         for (const std::string& item : row.packed)
-            packer.Pack(Text(item), "\\");
+            packer.Pack(To_RVString(item), "\\");
         EXPECT_EQ(Text(static_cast<RVString>(packer)), row.text);
         Expect_Items(packer, row.unpacked);
         Expect_Items(assigned = packer, row.unpacked);
-        assigned.Set(Text(row.text));
+        assigned.Set(To_RVString(row.text));
         Expect_Items(assigned, row.text.empty() ? Items() : row.unpacked);
         // By other delimiters, the empty one among them, it is one item.
         for (const char* delimiter : {"", "\\\\\\", "-"})
@@ -73,23 +70,10 @@ TEST(RVStringPacker, PacksAndUnpacks) {
     EXPECT_EQ(Unpacked(RVString("a--b---c--"), "--"), (Items{"a", "b", "-c", ""}));
 }
 
-// Sweeps an operation that throws when an allocation fails, and gives the number of those.
-template <class Operation, class Check>
-int Sweep(Operation operation, Check check_after_failure) {
-    return rv_test::Sweep_Allocations([&] {
-        try {
-            operation();
-        } catch (CMemoryException* exception) {
-            exception->Delete();
-            check_after_failure();
-        }
-    });
-}
-
 TEST(RVStringPacker, TakesTheMemoryItNeedsAndStaysAsItWasWithout) {
     const std::string text(20, 'i');
-    const RVString item = Text(text), two_bytes = "--",
-                   packed = Text(std::string(1000, '\\') + text);
+    const RVString item = To_RVString(text), two_bytes = "--",
+                   packed = To_RVString(std::string(1000, '\\') + text);
     const RVStringPacker other(item), list(packed);
     RVStringPacker packer;
     const auto reset = [&] {
@@ -98,18 +82,19 @@ TEST(RVStringPacker, TakesTheMemoryItNeedsAndStaysAsItWasWithout) {
     };
     const auto check = [&] { Expect_Items(packer, {"thirteen byte"}); };
     reset();  // so that a delimiter has room, and an item has not
-    EXPECT_EQ(Sweep([&] { packer.Pack(item, two_bytes); }, check), 1);
+    EXPECT_EQ(Sweep_Exceptions([&] { packer.Pack(item, two_bytes); }, check), 1);
     Expect_Items(packer, {"thirteen byte--" + text});
     reset();
-    EXPECT_EQ(Sweep([&] { packer.Set(item); }, check), 1);
+    EXPECT_EQ(Sweep_Exceptions([&] { packer.Set(item); }, check), 1);
     reset();
-    EXPECT_EQ(Sweep([&] { packer = other; }, check), 1);
+    EXPECT_EQ(Sweep_Exceptions([&] { packer = other; }, check), 1);
 
     CStringArray items;
     const auto unpack = [&] { list.Unpack(items, "\\"); };
-    EXPECT_EQ(Sweep(unpack, [&] { EXPECT_EQ(items.GetSize(), 0); }), 2);  // the array, and one item
+    EXPECT_EQ(Sweep_Exceptions(unpack, [&] { EXPECT_EQ(items.GetSize(), 0); }),
+              2);  // the array, and one item
     EXPECT_EQ(items.GetSize(), 1001);
-    EXPECT_EQ(Sweep([&] { EXPECT_EQ(Text(list[1000]), text); }, [] {}), 1);
+    EXPECT_EQ(Sweep_Exceptions([&] { EXPECT_EQ(Text(list[1000]), text); }), 1);
 }
 
 }  // namespace

@@ -6,21 +6,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "literal_reader.h"
 #include "scratch.h"
+#include "texts.h"
 
 namespace rv_test {
-
-inline std::string Text(const CString& text) {
-    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
-}
-
-inline RVString To_RVString(std::string_view text) {
-    return RVString(CString(text.data(), static_cast<int>(text.size())));
-}
 
 inline RVString Reference(const std::string& path) {
     return To_RVString("FILE://" + path);
