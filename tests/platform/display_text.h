@@ -11,10 +11,13 @@ namespace rv_test {
 using Form = std::array<int, 6>;  // year to second
 constexpr Form kRefused = {};
 
+inline Form Form_Of(const SYSTEMTIME& moment) {
+    return {moment.wYear, moment.wMonth, moment.wDay, moment.wHour, moment.wMinute, moment.wSecond};
+}
+
 inline Form Form_Of(DATE number) {
-    SYSTEMTIME form = {};
-    if (VariantTimeToSystemTime(number, &form) != 1) return kRefused;
-    return {form.wYear, form.wMonth, form.wDay, form.wHour, form.wMinute, form.wSecond};
+    SYSTEMTIME moment = {};
+    return VariantTimeToSystemTime(number, &moment) == 1 ? Form_Of(moment) : kRefused;
 }
 
 inline SYSTEMTIME Moment_Of(const Form& form) {
@@ -36,19 +39,20 @@ inline std::wstring Widen(const std::string& text) {
     return wide;
 }
 
-inline std::string Date_Text(const Form& form) {
+// By one of the two functions below.
+inline std::string Display_Text(decltype(GetDateFormatA) format, DWORD flags, const Form& form) {
     const SYSTEMTIME moment = Moment_Of(form);
     char text[256] = "";
-    const int length =
-        GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &moment, nullptr, text, sizeof text);
+    const int length = format(LOCALE_USER_DEFAULT, flags, &moment, nullptr, text, sizeof text);
     return length == 0 ? "(none)" : std::string(text, static_cast<std::size_t>(length) - 1);
 }
 
+inline std::string Date_Text(const Form& form) {
+    return Display_Text(GetDateFormatA, DATE_SHORTDATE, form);
+}
+
 inline std::string Time_Text(const Form& form) {
-    const SYSTEMTIME moment = Moment_Of(form);
-    char text[256] = "";
-    const int length = GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &moment, nullptr, text, sizeof text);
-    return length == 0 ? "(none)" : std::string(text, static_cast<std::size_t>(length) - 1);
+    return Display_Text(GetTimeFormatA, 0, form);
 }
 
 // The one that stands for a date without a text of its own.

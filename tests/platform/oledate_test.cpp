@@ -2,30 +2,22 @@
 #include <RVUtils/winapi.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <limits>
 
+#include "display_text.h"
+
 namespace {
 
-using Form = std::array<int, 6>;  // year to second
-constexpr Form kRefused = {};
-
-Form Form_Of(const SYSTEMTIME& form) {
-    return {form.wYear, form.wMonth, form.wDay, form.wHour, form.wMinute, form.wSecond};
-}
-
-Form Form_Of(DATE number) {
-    SYSTEMTIME form = {};
-    return VariantTimeToSystemTime(number, &form) == 1 ? Form_Of(form) : kRefused;
-}
+using rv_test::Form;
+using rv_test::Form_Of;
+using rv_test::kRefused;
 
 // 1e300 when the form is refused.
-DATE Number_Of(const Form& parts) {
-    const auto word = [&parts](std::size_t index) { return static_cast<WORD>(parts[index]); };
-    SYSTEMTIME form = {word(0), word(1), 0, word(2), word(3), word(4), word(5), 0};
+DATE Number_Of(const Form& form) {
+    SYSTEMTIME moment = rv_test::Moment_Of(form);
     DATE number = 0;
-    return SystemTimeToVariantTime(&form, &number) != 0 ? number : 1e300;
+    return SystemTimeToVariantTime(&moment, &number) != 0 ? number : 1e300;
 }
 
 Form At_Second(const Form& date, int seconds) {
