@@ -34,6 +34,13 @@ std::string Random_Bytes(std::size_t count) {
     return bytes;
 }
 
+// What `before` becomes when a file is encoded behind it.
+std::string Encoded(MemoryFile& source, const char* before = "", CFile** spill = nullptr) {
+    RVString text(before);
+    pBase64_Encode_File(source, text, spill);
+    return Text(text);
+}
+
 std::string Decoded(const std::string& text) {
     MemoryFile target;
     RVString input = To_RVString(text);
@@ -53,21 +60,18 @@ LiteralDecode Decoded_From(const std::string& path, const std::string& text,
     return {target.m_Bytes, Text(input)};
 }
 
-void Expect_Literal_Decode(const std::string& path, const std::string& text) {
-    EXPECT_TRUE(Decoded(text) == Decode_Literally(text, false).bytes);
-    const LiteralDecode expected = Decode_Literally(text, true);
-    const LiteralDecode decoded = Decoded_From(path, text);
-    EXPECT_TRUE(decoded.bytes == expected.bytes);
-    EXPECT_TRUE(decoded.chunk == expected.chunk);
-}
-
-// The same with each of the bytes put in the place of the one at `at`.
+// Expects that a text decodes like the literal decoder has it, with each of the bytes put in the
+// place of the one at `at`.
 void Expect_Literal_Decodes(const std::string& path, std::string text, std::size_t at,
                             std::string_view bytes) {
     for (const char byte : bytes) {
         SCOPED_TRACE(testing::Message() << int{byte} << " at " << at);
         text[at] = byte;
-        Expect_Literal_Decode(path, text);
+        EXPECT_TRUE(Decoded(text) == Decode_Literally(text, false).bytes);
+        const LiteralDecode expected = Decode_Literally(text, true);
+        const LiteralDecode decoded = Decoded_From(path, text);
+        EXPECT_TRUE(decoded.bytes == expected.bytes);
+        EXPECT_TRUE(decoded.chunk == expected.chunk);
     }
 }
 
@@ -114,9 +118,7 @@ TEST(Base64File, PublishedVectorsBothWays) {
     for (std::size_t length = 0; length < std::size(kTexts); ++length) {
         const std::string bytes = std::string("foobar").substr(0, length);
         MemoryFile source(bytes);
-        RVString encoded;
-        pBase64_Encode_File(source, encoded, nullptr);
-        EXPECT_EQ(Text(encoded), kTexts[length]);
+        EXPECT_EQ(Encoded(source), kTexts[length]);
         EXPECT_EQ(Decoded(kTexts[length]), bytes);
         for (const char* prefix : {"FILE://", "file://", "fIlE://"})
             EXPECT_EQ(Decoded_From(folder / "v", kTexts[length], prefix).bytes, bytes);
@@ -160,31 +162,27 @@ TEST(Base64File, EveryLengthInReadsOfEverySizeKeepsThePrefix) {
             MemoryFile source("skipped" + bytes);
             source.m_At = 7;
             source.m_MostAtOnce = most;
-            RVString encoded("<a>");
-            pBase64_Encode_File(source, encoded, nullptr);
-            ASSERT_TRUE(Text(encoded) == "<a>" + text) << length << " in reads of " << most;
+            ASSERT_TRUE(Encoded(source, "<a>") == "<a>" + text) << length << " by " << most;
         }
         ASSERT_TRUE(Decoded(text) == bytes) << length;
         ASSERT_TRUE(Decoded_From(folder / "t", text).bytes == bytes) << length;
     }
 }
 
-TEST(Base64File, CorruptedAtEveryPlace) {
+TEST(Base64File, CorruptedAtEveryPlaceAndAtTheEdgesOfChunks) {
     const ScratchDirectory folder;
+    const std::string path = folder / "t";
     const std::string text = Encode_Literally(Random_Bytes(75));
     for (std::size_t at = 0; at < text.size(); ++at)
-        Expect_Literal_Decodes(folder / "t", text, at, {"=\n\0\x80-", 5});
-}
+        Expect_Literal_Decodes(path, text, at, {"=\n\0\x80-", 5});
 
-TEST(Base64File, ChunksLeaveNoTrace) {
-    const ScratchDirectory folder;
     std::string lines = Encode_Literally(Random_Bytes(2 << 20));
     for (std::size_t at = 77; at < lines.size(); at += 78)
         lines[at] = '\n';
     for (const std::size_t edge : {kStride, kStride + 9, 2 * kStride})
         for (std::size_t length = edge - 3; length <= edge + 3; ++length) {
-            Expect_Literal_Decodes(folder / "t", lines.substr(0, length + 1), length, "=Z");
-            Expect_Literal_Decodes(folder / "t", lines.substr(0, edge + 99), length, {"=\0", 2});
+            Expect_Literal_Decodes(path, lines.substr(0, length + 1), length, "=Z");
+            Expect_Literal_Decodes(path, lines.substr(0, edge + 99), length, {"=\0", 2});
         }
 }
 
@@ -252,11 +250,10 @@ TEST(Base64File, SizingTheText) {
         source.m_Claimed = row.claimed;
         source.m_LengthFails = row.length_fails;
         source.m_Path = path;
-        RVString text("<a>");
         CFile* spill = nullptr;
-        pBase64_Encode_File(source, text, row.may_spill ? &spill : nullptr);
+        EXPECT_EQ(Encoded(source, "<a>", row.may_spill ? &spill : nullptr),
+                  row.spills ? "<a>" : "<a>c3BpbGxpbmc=");
         EXPECT_EQ(reports.Take(), row.reports);
-        EXPECT_EQ(Text(text), row.spills ? "<a>" : "<a>c3BpbGxpbmc=");
         ASSERT_EQ(spill != nullptr, row.spills);
         EXPECT_EQ(fs::exists(path + ".dat"), row.spills);
         if (!spill) continue;
@@ -287,46 +284,41 @@ TEST(Base64File, WhereTheTextGoesIsAskedForEachBlock) {
         source.m_Before = [&] {
             if (source.m_At == opened) spill = &file;
         };
-        RVString text("<a>");
-        pBase64_Encode_File(source, text, &spill);
         const std::string before = opened < 3 ? "" : "Zm9v";
-        EXPECT_EQ(Text(text), "<a>" + before) << opened;
+        EXPECT_EQ(Encoded(source, "<a>", &spill), "<a>" + before) << opened;
         EXPECT_EQ(before + file.m_Bytes, "Zm9vYmFyZm9vYmFy") << opened;
     }
 }
 
 TEST(Base64File, WhatTheFilesThrowPassesOn) {
-    MemoryFile source(Random_Bytes(100));
+    MemoryFile source(Random_Bytes(100)), full;
     source.m_MostAtOnce = 10;
     source.m_FailsFrom = 50;
-    RVString text("<a>");
-    EXPECT_EQ(Catch([&] { pBase64_Encode_File(source, text, nullptr); }).cause,
-              CFileException::hardIO);
+    RVString text("<a>"), input("Zm9vYmFyZm9v");
+    const Thrown thrown = Catch([&] { pBase64_Encode_File(source, text, nullptr); });
+    EXPECT_EQ(thrown.cause, CFileException::hardIO);
     EXPECT_EQ(Text(text), "<a>" + Encode_Literally(source.m_Bytes.substr(0, 48)));
 
     MemoryFile whole("foobar");
-    MemoryFile full;
     full.m_Room = 7;
     CFile* spill = &full;
     EXPECT_EQ(Catch([&] { pBase64_Encode_File(whole, text, &spill); }).cause, kDiskFull);
-    RVString input("Zm9vYmFyZm9v");
     EXPECT_EQ(Catch([&] { pBase64_Decode_File(full, input); }).cause, kDiskFull);
 }
 
 using Mode = FailingAllocation::Mode;
 using Codes = std::set<unsigned>;
 
-// Walks the failures of an operation that gives its reports, and expects the codes of all of them.
+// The codes of all the reports that an operation gives while its allocations fail.
 template <class Operation>
-void Expect_Codes(const Codes& expected, Mode mode, Operation operation) {
+Codes Sweep_Codes(Mode mode, Operation operation) {
     Codes codes;
-    Sweep_Allocations(
-        [&] {
-            for (const auto& [code, file] : operation())
-                codes.insert(code);
-        },
-        mode);
-    EXPECT_EQ(codes, expected);
+    const auto run = [&] {
+        for (const auto& [code, file] : operation())
+            codes.insert(code);
+    };
+    Sweep_Allocations(run, mode);
+    return codes;
 }
 
 TEST(Base64File, EveryFailedAllocationOfTheEncoder) {
@@ -346,12 +338,12 @@ TEST(Base64File, EveryFailedAllocationOfTheEncoder) {
         EXPECT_TRUE(written == expected || (thrown.is_memory && expected.starts_with(written)));
         return reports.Take();
     };
-    Expect_Codes({23}, Mode::kOnce, [&] { return encode(false); });
-    Expect_Codes({}, Mode::kFromThereOn, [&] { return encode(false); });
+    EXPECT_EQ(Sweep_Codes(Mode::kOnce, [&] { return encode(false); }), Codes{23});
+    EXPECT_EQ(Sweep_Codes(Mode::kFromThereOn, [&] { return encode(false); }), Codes());
     EXPECT_FALSE(fs::exists(path + ".dat"));
-    Expect_Codes({}, Mode::kOnce, [&] { return encode(true); });
+    EXPECT_EQ(Sweep_Codes(Mode::kOnce, [&] { return encode(true); }), Codes());
     EXPECT_TRUE(fs::exists(path + ".dat"));
-    Expect_Codes({}, Mode::kFromThereOn, [&] { return encode(true); });
+    EXPECT_EQ(Sweep_Codes(Mode::kFromThereOn, [&] { return encode(true); }), Codes());
 }
 
 TEST(Base64File, EveryFailedAllocationOfTheDecoder) {
@@ -373,8 +365,8 @@ TEST(Base64File, EveryFailedAllocationOfTheDecoder) {
         return reports.Take();
     };
     for (const Mode mode : {Mode::kOnce, Mode::kFromThereOn}) {
-        Expect_Codes({23}, mode, [&] { return decode(false); });
-        Expect_Codes({23, 28}, mode, [&] { return decode(true); });
+        EXPECT_EQ(Sweep_Codes(mode, [&] { return decode(false); }), Codes{23});
+        EXPECT_EQ(Sweep_Codes(mode, [&] { return decode(true); }), (Codes{23, 28}));
     }
 }
 
