@@ -59,7 +59,8 @@ TEST(RVDev, TheSinkBeforeComesBack) {
     EXPECT_EQ(pSet_Programmer_Error_Sink({}).m_Context, &outer);
 }
 
-void Throw_Something(int kind) {
+void Throw_Something(const void* what) {
+    const int kind = *static_cast<const int*>(what);
     if (kind == 0) throw 5;
     if (kind == 1) throw std::runtime_error("no disk");
     if (kind == 2) AfxThrowMemoryException();
@@ -68,13 +69,10 @@ void Throw_Something(int kind) {
 
 TEST(RVDev, ExceptionOfASinkEndsInTheReport) {
     const ReportRecorder restoring;
+    const auto on_error = [](void* what, unsigned, const char*, ULONG) { Throw_Something(what); };
+    const auto on_trace = [](void* what, ULONG, const char*) { Throw_Something(what); };
     for (int kind = 0; kind < 4; ++kind) {
-        pSet_Programmer_Error_Sink(
-            {[](void* what, unsigned, const char*, ULONG) {
-                 Throw_Something(*static_cast<int*>(what));
-             },
-             [](void* what, ULONG, const char*) { Throw_Something(*static_cast<int*>(what)); },
-             &kind});
+        pSet_Programmer_Error_Sink({on_error, on_trace, &kind});
         // Twice: the first must leave nothing behind.
         for (int round = 0; round < 2; ++round) {
             Expect_Line({"23", "XmlParser"}, [] { Report(23); });
@@ -83,24 +81,16 @@ TEST(RVDev, ExceptionOfASinkEndsInTheReport) {
     }
 }
 
-struct Calls {
-    int m_Count = 0;
-    RVErrorSink m_Next;
-};
-
 TEST(RVDev, SinkMayReportAndReplaceItself) {
     ReportRecorder recorder;
-    Calls calls = {0, pSet_Programmer_Error_Sink({})};
-    pSet_Programmer_Error_Sink({[](void* context, unsigned int code, const char*, ULONG) {
-                                    auto& self = *static_cast<Calls*>(context);
-                                    ++self.m_Count;
-                                    Report(code + 1);  // not to the sink, without end
-                                    if (code == 600) pSet_Programmer_Error_Sink(self.m_Next);
-                                },
-                                nullptr, &calls});
+    RVErrorSink next = pSet_Programmer_Error_Sink({});
+    const auto report_and_replace = [](void* next_sink, unsigned int code, const char*, ULONG) {
+        Report(code + 1);  // not to the sink, without end
+        if (code == 600) pSet_Programmer_Error_Sink(*static_cast<RVErrorSink*>(next_sink));
+    };
+    pSet_Programmer_Error_Sink({report_and_replace, nullptr, &next});
     Expect_Line({"501"}, [] { Report(500); });
     Expect_Line({"601"}, [] { Report(600); });
-    EXPECT_EQ(calls.m_Count, 2);
     EXPECT_EQ(recorder.Take(), Reports());
     Report(700);
     EXPECT_EQ(recorder.Take(), (Reports{{700, "XmlParser"}}));
@@ -113,24 +103,24 @@ TEST(RVDev, ReplacingWaitsForTheCallsInTheOldSink) {
         std::atomic<bool> m_Left = false;
     } gate;
     const ReportRecorder restoring;
-    pSet_Programmer_Error_Sink({[](void* context, unsigned int code, const char*, ULONG) {
-                                    if (code != 1) return;
-                                    auto& self = *static_cast<Gate*>(context);
-                                    self.m_Entered.set_value();
-                                    self.m_Open.get_future().wait();
-                                    self.m_Left = true;
-                                },
-                                nullptr, &gate});
+    const auto pass = [](void* context, unsigned int code, const char*, ULONG) {
+        if (code != 1) return;
+        auto& self = *static_cast<Gate*>(context);
+        self.m_Entered.set_value();
+        self.m_Open.get_future().wait();
+        self.m_Left = true;
+    };
+    const auto count = [](void* number, unsigned int, const char*, ULONG) {
+        ++*static_cast<std::atomic<int>*>(number);
+    };
+    pSet_Programmer_Error_Sink({pass, nullptr, &gate});
     std::thread reporter([] { Report(1); });
     gate.m_Entered.get_future().wait();
     std::atomic<int> reached_new = 0;
     std::atomic<bool> returned = false;
     bool left_before_return = false;
     std::thread setter([&] {
-        pSet_Programmer_Error_Sink({[](void* count, unsigned int, const char*, ULONG) {
-                                        ++*static_cast<std::atomic<int>*>(count);
-                                    },
-                                    nullptr, &reached_new});
+        pSet_Programmer_Error_Sink({count, nullptr, &reached_new});
         left_before_return = gate.m_Left;
         returned = true;
     });
@@ -151,11 +141,10 @@ TEST(RVDev, ContextOfAReplacedSinkCanGo) {
     const ReportRecorder restoring;
     static std::atomic<int> s_Total;
     s_Total = 0;
-    const auto make = [] {
-        return RVErrorSink{
-            [](void* one, unsigned int, const char*, ULONG) { s_Total += *static_cast<int*>(one); },
-            nullptr, new int(1)};
+    const auto add = [](void* one, unsigned, const char*, ULONG) {
+        s_Total += *static_cast<int*>(one);
     };
+    const auto make = [add] { return RVErrorSink{add, nullptr, new int(1)}; };
     const auto end = [](const RVErrorSink& sink) { delete static_cast<int*>(sink.m_Context); };
     pSet_Programmer_Error_Sink(make());
     std::atomic<bool> stop = false;
