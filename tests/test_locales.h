@@ -3,12 +3,14 @@
 
 #include <cstdlib>
 #include <span>
+#include <stdexcept>
 #include <string>
 
 #include "environment.h"
 #include "scratch.h"
 
-// The leak sanitizer asks for it: the C library forgets a copy of LOCPATH whenever it loads a locale.
+// The leak sanitizer asks for it: the C library forgets a copy of LOCPATH whenever it loads a
+// locale.
 extern "C" [[gnu::used]] inline const char* __lsan_default_suppressions() {
     return "leak:argz_create_sep\nleak:argz_add_sep\n";
 }
@@ -33,16 +35,12 @@ public:
         for (const char* const name : names)
             build += std::string(" ") + name;
         build += " | xargs -P \"$(nproc)\" -n 1 sh ./build";
-        m_Built = std::system(build.c_str()) == 0;
+        if (std::system(build.c_str()) != 0) throw std::runtime_error("cannot build locales");
     }
-
-    // False: the programs are missing.
-    bool Built() const { return m_Built; }
 
 private:
     ScratchDirectory m_Directory;
     Environment m_Path;
-    bool m_Built = false;
 };
 
 }  // namespace rv_test
