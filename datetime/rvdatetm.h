@@ -67,8 +67,8 @@ public:
     RVDateTime(CComBSTR& db_text);
     // Takes number and status as they are.
     RVDateTime(COleDateTime& value);
-    // From a count of seconds, time80 or time70. One that cannot be expressed makes the object
-    // `invalid`; only the conversion from time80 reports it, see Time80_To_Time70.
+    // From a count of seconds, as Set_Value. A time70 that cannot be expressed makes the object
+    // `invalid`, without a report.
     RVDateTime(LONG seconds, bool time80);
     virtual ~RVDateTime();
 
@@ -126,6 +126,8 @@ public:
     [[nodiscard]] bool Set_Date_Value(short year, short month, short day);
     [[nodiscard]] bool Set_Time_Value(short hour, short minute, short second);
     // The time of day by its seconds since midnight, 0 to 86399, as the form with three parts.
+    // Hours go through 16 bits: a multiple of 235,929,600 seconds, on either side of 0, is
+    // midnight.
     [[nodiscard]] bool Set_Time_Value(LONG seconds);
     // Sets one part and keeps the others. A part out of its range leaves the object as it was:
     // code 13, false. Where there was no moment before: code 25, false, and the object is
@@ -139,7 +141,8 @@ public:
     // Adds years and months on the calendar, then days. A day that the month reached does not have
     // becomes its last one: 31 January 2001 plus 1 month and 1 day is 1 March 2001. Where years and
     // months lead out of the calendar, or there was no moment, only the days are added to the
-    // number. The object ends `valid` in every case.
+    // number. The object ends `valid` in every case. Years go through 16 bits: 65,536 of them are
+    // none.
     void Add_Date(int years, int months, int days);
     // Adds to the number, and makes the object `valid` in every case. A number led out of the
     // calendar is no moment: its parts read -1.
@@ -175,8 +178,10 @@ public:
 
     // ---- counts of seconds
 
-    // Sets the moment from a count, time80 or time70. One that the platform's local time does not
-    // express, a negative one among them: code 13, false, and the object is as it was.
+    // Sets the moment from a count, time80 or time70. A time70 that the platform's local time does
+    // not express, a negative one among them: code 13, false, and the object is as it was. A time80
+    // that is no time70 is taken for 1 January 1970 00:00:00 UTC: code 13, see Time80_To_Time70,
+    // and true.
     [[nodiscard]] bool Set_Value(LONG seconds, bool time80);
     // Gives the count, time80 or time70; 0 before the year from which it counts, without a moment
     // and without held value. An hour that the zone has twice counts as the platform takes it. A

@@ -136,6 +136,7 @@ RVNameCache::Items<RVNameCache::ScanKey> RVNameCache::Sorted_Keys() const {
 
 void RVNameCache::Start_Scan() {
     m_ScanLock.Lock();
+    m_Scanner = std::this_thread::get_id();
     m_Cursor = 0;
     m_ScanList = Items<RVNameItem>();
     Items<RVNameItem> items;
@@ -156,6 +157,9 @@ int RVNameCache::Get_Next_Item(ULONG& id, RVString& name) {
 }
 
 void RVNameCache::Stop_Scan() {
+    // The mark alone does not tell: another thread may have set it.
+    if (m_Scanner != std::this_thread::get_id()) return;
+    m_Scanner = std::thread::id();
     m_ScanLock.Unlock();
 }
 

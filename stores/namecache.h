@@ -1,7 +1,9 @@
 // Names by id, for a whole process.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <thread>
 #include <vector>
 
 #include "../frame/RVString.h"
@@ -60,7 +62,7 @@ public:
     // 1 with the next item; 0, with the arguments as they were, behind the last one. Outside of a
     // scan it reports code 25 and goes on with what the last one left.
     virtual int Get_Next_Item(ULONG& id, RVString& name);
-    // Nothing happens where there is no scan.
+    // Nothing happens where the calling thread has no scan.
     void Stop_Scan();
 
     // Fills the cache, in derived caches. This one reports code 16; no operation calls it.
@@ -90,4 +92,5 @@ private:
     Items<RVNameItem> m_ScanList;
     CCriticalSection m_Lock;
     CSingleLock m_ScanLock;
+    std::atomic<std::thread::id> m_Scanner{};  // the thread with the scan
 };

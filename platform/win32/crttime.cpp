@@ -95,7 +95,9 @@ bool Has_Plain_Offset(std::time_t clock, std::time_t& offset) noexcept {
     if (!localtime_r(&instant, &local)) return false;
     offset = local.tm_gmtoff;
     const std::time_t ahead = offset - standard;
-    return local.tm_isdst > 0 ? ahead > 0 && ahead <= 3600 : ahead == 0;
+    if (local.tm_isdst <= 0) return ahead == 0;
+    // From one summer offset to another it is not the same there.
+    return ahead > 0 && ahead <= 3600 && Offset_At(clock - offset) == offset;
 }
 
 // The instant at which the clock shows `clock`.

@@ -63,6 +63,8 @@ TEST(LocalTime, FollowsTheZoneOfTheProcessBothWays) {
          "2024-07-01 12:00:00 summer"},
         {"summer time of former years", "America/Sao_Paulo", 10800, 1291212000,
          "2010-12-01 12:00:00 summer"},
+        {"before one summer time becomes another", "Europe/Kyiv", -7200, 646776000,
+         "1990-07-01 00:00:00 summer"},
         {"a local time before 1970", "America/New_York", 18000, 0, "1969-12-31 19:00:00"},
         {"last second of 32 bits", "America/New_York", 18000, INT_MAX, "2038-01-18 22:14:07"},
         {"no such zone", "Nowhere/Land", 0, 1705320000, "2024-01-15 12:00:00"},

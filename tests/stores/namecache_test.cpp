@@ -172,6 +172,21 @@ struct FilledCache : RVNameCache {
     void Load_Cache() override { Add(*this, 5, "five"); }
 };
 
+TEST(NameCache, AScanIsStoppedByItsOwnThreadAlone) {
+    RVNameCache cache;
+    cache.Start_Scan();
+    std::thread([&] { cache.Stop_Scan(); }).join();
+    ULONG id;
+    RVString name = "name";
+    ReportRecorder reports;
+    EXPECT_EQ(cache.Get_Next_Item(id, name), 0);
+    EXPECT_EQ(reports.Take(), Reports()) << "the scan goes on";
+    cache.Stop_Scan();
+    cache.Stop_Scan();
+    std::thread([&] { cache.Add_Association(1, name); }).join();
+    EXPECT_EQ(cache.Get_Association(1, name), 1);
+}
+
 TEST(NameCache, DerivedCachesLoadThemselves) {
     FilledCache filled;
     RVNameCache& cache = filled;
