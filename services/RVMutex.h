@@ -1,8 +1,6 @@
 // A lock between processes, for as long as an object lives.
 #pragma once
 
-#include <memory>
-
 #include "../frame/export.h"
 #include "../platform/mfc/CString.h"
 #include "../platform/winapi.h"
@@ -32,6 +30,9 @@ public:
     ~RVMutex();
 
 private:
-    std::shared_ptr<void> m_Handle;  // null when the mutex could not be made
+    struct Copies;
+
+    HANDLE m_Handle = nullptr;  // null when the mutex could not be made
     CString m_Name;
+    mutable Copies* m_Copies = nullptr;  // null until there is one
 };

@@ -9,15 +9,11 @@
 #include "error.h"
 #include "handle.h"
 #include "named_object.h"
+#include "nothrow_object.h"
 
 namespace {
 
 using rv::NamedObject;
-
-class Mapping final : public rv::NamedHandle {
-public:
-    using NamedHandle::NamedHandle;
-};
 
 struct View : rv::NothrowObject {
     void* address;
@@ -51,29 +47,29 @@ HANDLE CreateFileMappingA(HANDLE file, SECURITY_ATTRIBUTES* security, DWORD prot
     if (file != INVALID_HANDLE_VALUE || security || protection != PAGE_READWRITE || size == 0)
         return Refuse(ERROR_INVALID_PARAMETER);
     if (size >= kMost) return Refuse(ERROR_NOT_ENOUGH_MEMORY);
-    return rv::Open_Handle<Mapping>(NamedObject::Reach(name, {rv::ObjectKind::kBlock, true, size}));
+    return NamedObject::Reach(name, {rv::ObjectKind::kBlock, true, size});
 }
 
 HANDLE OpenFileMappingA(DWORD access, BOOL inherited, LPCSTR name) noexcept {
     if (access != FILE_MAP_ALL_ACCESS || inherited) return Refuse(ERROR_INVALID_PARAMETER);
-    return rv::Open_Handle<Mapping>(NamedObject::Reach(name, {rv::ObjectKind::kBlock, false, 0}));
+    return NamedObject::Reach(name, {rv::ObjectKind::kBlock, false, 0});
 }
 
 void* MapViewOfFile(HANDLE handle, DWORD access, DWORD offset_high, DWORD offset_low,
                     std::size_t size) noexcept {
-    auto* const mapping = dynamic_cast<Mapping*>(rv::Object_Of(handle));
-    if (!mapping) return Refuse(ERROR_INVALID_HANDLE);
+    NamedObject* const object = NamedObject::Of(handle, rv::ObjectKind::kBlock);
+    if (!object) return nullptr;
     if (access != FILE_MAP_ALL_ACCESS || offset_high != 0 || offset_low != 0 || size != 0)
         return Refuse(ERROR_INVALID_PARAMETER);
     auto* const view = new (std::nothrow) View;
     if (!view) return Refuse(ERROR_NOT_ENOUGH_MEMORY);
-    view->object = &mapping->Object();
-    view->address = view->object->Map();
+    view->object = object;
+    view->address = object->Map();
     if (!view->address) {
         delete view;
         return nullptr;
     }
-    view->object->Add_Reference();
+    object->Add_Reference();
     const std::lock_guard lock(g_Mutex);
     view->next = std::exchange(g_Views, view);
     return view->address;
@@ -92,7 +88,7 @@ BOOL UnmapViewOfFile(LPCVOID address) noexcept {
         return FALSE;
     }
     munmap(view->address, view->object->Size());
-    view->object->Remove_Reference();
+    view->object->Drop();
     delete view;
     return TRUE;
 }

@@ -24,12 +24,10 @@ inline constexpr DWORD MEM_MAPPED = 0x40000;
 // fork made without exec has none of its parent's handles and views: once the parent has let go of
 // a block, it may not touch its view any more.
 //
-// Any program of the user, and with the prefix `Global\` of any user, can cut the file of a block
-// short past this layer; touching a view of it then ends the process.
-//
-// Null on failure: ERROR_INVALID_HANDLE when a mutex has the name, ERROR_INVALID_PARAMETER for
-// arguments that are not served, ERROR_NOT_ENOUGH_MEMORY, ERROR_DISK_FULL when there is no shared
-// memory left, or as CreateMutexA. Any thread.
+// Null on failure: ERROR_INVALID_HANDLE when a mutex has the name, or had it in another process
+// that keeps it for its next use; ERROR_INVALID_PARAMETER for arguments that are not served,
+// ERROR_NOT_ENOUGH_MEMORY, ERROR_DISK_FULL when there is no shared memory left, or as CreateMutexA.
+// Any thread.
 [[nodiscard]] RVPLATFORM_API HANDLE CreateFileMappingA(HANDLE file, SECURITY_ATTRIBUTES* security,
                                                        DWORD protection, DWORD size_high,
                                                        DWORD size_low, LPCSTR name) noexcept;
@@ -40,7 +38,7 @@ inline constexpr DWORD MEM_MAPPED = 0x40000;
                                                      LPCSTR name) noexcept;
 
 // Maps the whole block. Each view has an address of its own and ends with UnmapViewOfFile; until
-// then the block stays, also without its handle. Null on failure.
+// then its memory stays, also without a handle. Null on failure.
 // `access`: FILE_MAP_ALL_ACCESS. `offset_high`, `offset_low`, `size`: 0.
 [[nodiscard]] RVPLATFORM_API void* MapViewOfFile(HANDLE mapping, DWORD access, DWORD offset_high,
                                                  DWORD offset_low, std::size_t size) noexcept;

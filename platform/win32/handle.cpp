@@ -6,6 +6,10 @@
 
 rv::KernelObject::~KernelObject() = default;
 
+void rv::KernelObject::Drop() noexcept {
+    delete this;
+}
+
 rv::KernelObject* rv::Object_Of(HANDLE handle) noexcept {
     return handle == INVALID_HANDLE_VALUE ? nullptr : static_cast<KernelObject*>(handle);
 }
@@ -13,7 +17,7 @@ rv::KernelObject* rv::Object_Of(HANDLE handle) noexcept {
 BOOL CloseHandle(HANDLE handle) noexcept {
     rv::KernelObject* const object = rv::Object_Of(handle);
     const DWORD error = object ? object->Close() : ERROR_INVALID_HANDLE;
-    delete object;
+    if (object) object->Drop();
     if (error != ERROR_SUCCESS) SetLastError(error);
     return error == ERROR_SUCCESS;
 }

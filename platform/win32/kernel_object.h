@@ -6,7 +6,8 @@
 
 namespace rv {
 
-// Base of the things that handles stand for. Made with new (std::nothrow), ended by CloseHandle.
+// Base of the things that handles stand for. Made with new (std::nothrow), ended by CloseHandle,
+// which closes and then drops them.
 class KernelObject : public NothrowObject {
 public:
     KernelObject() = default;
@@ -17,6 +18,8 @@ public:
     // Lets go of what the object holds; the destructor does it in silence. Gives the error that the
     // system told.
     [[nodiscard]] virtual DWORD Close() noexcept = 0;
+    // Deletes the object, unless other handles share it.
+    virtual void Drop() noexcept;
     // As WaitForSingleObject. This one is for what cannot be waited for.
     [[nodiscard]] virtual DWORD Wait(DWORD milliseconds) noexcept;
 };

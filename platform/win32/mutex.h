@@ -11,8 +11,9 @@ struct SECURITY_ATTRIBUTES;
 // handle, which does not release the mutex.
 //
 // `name`: 1 to MAX_PATH - 1 characters, case counts. It is the user's own, also with the prefix
-// `Local\`; with the prefix `Global\` it is that of all users. There is no other backslash in it.
-// Mutexes and memory blocks have their names in common.
+// `Local\`; with the prefix `Global\` it is that of all users, who have to trust each other: any
+// of them can keep it for good, or cut its file in /dev/shm short, which ends the processes that
+// use it. There is no other backslash in it. Mutexes and memory blocks have their names in common.
 // `security`: null. `initially_owned`: FALSE.
 //
 // The thread that owns a mutex may wait for it again; each waiting needs its own ReleaseMutex. Who

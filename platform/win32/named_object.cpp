@@ -4,13 +4,16 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <functional>
+#include <cstring>
 #include <mutex>
 #include <new>
+#include <typeinfo>
 #include <utility>
 
 #include "error.h"
+#include "wait.h"
 
 namespace rv {
 
@@ -21,7 +24,7 @@ public:
     void Release(NamedObject& object) noexcept;
     // For a child that fork has made.
     void Disown() noexcept;
-    // At the end of the process. The memory stays, for threads that still run.
+    // At the end of the process. What is in use keeps its memory, for threads that still run.
     void Give_Up() noexcept;
 
 private:
@@ -52,6 +55,18 @@ using rv::ObjectTable;
 
 constinit std::mutex g_Mutex;
 constinit ObjectTable g_Table;
+
+// Eight bytes at a time: it is on the way of every use of a name.
+std::size_t Hash_Of(std::string_view text) noexcept {
+    std::uint64_t hash = text.size();
+    for (; !text.empty(); text.remove_prefix(std::min(text.size(), sizeof hash))) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data(), std::min(text.size(), sizeof word));
+        hash = (hash ^ word) * 0x9E3779B97F4A7C15;
+        hash ^= hash >> 32;
+    }
+    return hash;
+}
 
 // Sees to it that fork finds the table at rest, and that the process leaves nothing behind.
 const struct Watch {
@@ -96,9 +111,31 @@ void rv::NamedObject::Add_Reference() noexcept {
     ++m_References;
 }
 
-void rv::NamedObject::Remove_Reference() noexcept {
+void rv::NamedObject::Drop() noexcept {
     const std::lock_guard lock(g_Mutex);
     if (--m_References == 0) g_Table.Release(*this);
+}
+
+DWORD rv::NamedObject::Wait(DWORD milliseconds) noexcept {
+    if (m_Kind != ObjectKind::kMutex) return KernelObject::Wait(milliseconds);
+    switch (m_Lock->Take(milliseconds)) {
+        case RobustLock::Outcome::kTaken:
+            return WAIT_OBJECT_0;
+        case RobustLock::Outcome::kAbandoned:
+            return WAIT_ABANDONED;
+        default:
+            return WAIT_TIMEOUT;
+    }
+}
+
+NamedObject* rv::NamedObject::Of(HANDLE handle, ObjectKind kind) noexcept {
+    KernelObject* const object = Object_Of(handle);
+    if (object && typeid(*object) == typeid(NamedObject)) {
+        auto* const named = static_cast<NamedObject*>(object);
+        if (named->m_Kind == kind) return named;
+    }
+    SetLastError(ERROR_INVALID_HANDLE);
+    return nullptr;
 }
 
 void* rv::NamedObject::Map() const noexcept {
@@ -144,7 +181,7 @@ NamedObject** rv::ObjectTable::Place_Of(const ObjectName& name, std::size_t hash
 }
 
 NamedObject* rv::ObjectTable::Reach(const ObjectName& name, const ObjectRequest& request) noexcept {
-    const std::size_t hash = std::hash<std::string_view>()(name.text);
+    const std::size_t hash = Hash_Of(name.text);
     NamedObject* object = *Place_Of(name, hash);
     if (object && object->m_Kind != request.kind) {
         if (object->m_References > 0) {
@@ -176,7 +213,7 @@ NamedObject* rv::ObjectTable::Make(const ObjectName& name, std::size_t hash,
 }
 
 void rv::ObjectTable::Release(NamedObject& object) noexcept {
-    if (*Place_Of(object.m_Name, object.m_Hash) != &object) {  // a parent's, or of an ended process
+    if (object.m_File.descriptor == -1) {  // a parent's, or given up
         if (!object.m_Lock || !object.Lock().Is_In_Use()) delete &object;
     } else if (object.m_Kind == ObjectKind::kBlock) {
         End(object);
@@ -222,6 +259,11 @@ void rv::ObjectTable::Disown() noexcept {
 }
 
 void rv::ObjectTable::Give_Up() noexcept {
-    For_Each([](NamedObject& object) { Detach_Shared_File(object.m_Name, object.m_File); });
+    For_Each([](NamedObject& object) {
+        if (object.m_References == 0 && !object.Lock().Is_In_Use())
+            delete &object;
+        else
+            Detach_Shared_File(object.m_Name, object.m_File);
+    });
     *this = {};
 }

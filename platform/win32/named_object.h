@@ -1,28 +1,32 @@
 // What this process has of the objects that processes share by name.
 #pragma once
 
-#include <new>
-
-#include "error.h"
 #include "kernel_object.h"
-#include "nothrow_object.h"
 #include "robust_lock.h"
 #include "shared_file.h"
 
 namespace rv {
 
-// One a name, however many handles this process has to it. Its memory and its hold on the object
-// go with the last reference; those of a mutex may stay for the next use of the name.
+// One a name, which all handles of this process to it are. Its memory and its hold on the object go
+// with the last reference, of a handle or a view; those of a mutex may stay for the next use of the
+// name.
 //
 // In a child that fork made, the objects are nobody's: they are what the parent made of them until
 // the handles are closed, and a name that is reached gives another object. Any thread.
-class NamedObject : public NothrowObject {
+class NamedObject final : public KernelObject {
 public:
-    // The object with one reference more. Null, with the last error set, for what
-    // Parse_Object_Name and Attach_Shared_File refuse or without memory.
+    // The object with one reference more, which is a handle. Null, with the last error set, for
+    // what Parse_Object_Name and Attach_Shared_File refuse or without memory.
     [[nodiscard]] static NamedObject* Reach(LPCSTR name, const ObjectRequest& request) noexcept;
     void Add_Reference() noexcept;
-    void Remove_Reference() noexcept;
+
+    DWORD Close() noexcept override { return 0; }
+    // Takes one reference away.
+    void Drop() noexcept override;
+    DWORD Wait(DWORD milliseconds) noexcept override;
+
+    // The object behind a handle, null with the last error set when it is of another kind.
+    [[nodiscard]] static NamedObject* Of(HANDLE handle, ObjectKind kind) noexcept;
 
     // Of a mutex.
     RobustLock& Lock() const noexcept { return *m_Lock; }
@@ -32,14 +36,11 @@ public:
     // Of the block, in bytes: whole pages.
     ULONGLONG Size() const noexcept { return m_File.size; }
 
-    NamedObject(const NamedObject&) = delete;
-    NamedObject& operator=(const NamedObject&) = delete;
-
 private:
     friend class ObjectTable;
 
     NamedObject(const ObjectName& name, std::size_t hash, ObjectKind kind) noexcept;
-    ~NamedObject();
+    ~NamedObject() override;
 
     DWORD Attach(const ObjectRequest& request) noexcept;
     DWORD Map_Lock() noexcept;
@@ -55,31 +56,5 @@ private:
     ObjectName m_Name;  // in m_Text
     char m_Text[MAX_PATH];
 };
-
-// A handle to a named object.
-class NamedHandle : public KernelObject {
-public:
-    // Takes over the reference.
-    explicit NamedHandle(NamedObject& object) noexcept : m_Object(object) {}
-    ~NamedHandle() override { m_Object.Remove_Reference(); }
-
-    DWORD Close() noexcept override { return ERROR_SUCCESS; }
-    NamedObject& Object() const noexcept { return m_Object; }
-
-private:
-    NamedObject& m_Object;
-};
-
-// A handle that takes over the reference; null for null and, with the last error set, without
-// memory.
-template <class Handle>
-[[nodiscard]] HANDLE Open_Handle(NamedObject* object) noexcept {
-    if (!object) return nullptr;
-    KernelObject* const handle = new (std::nothrow) Handle(*object);
-    if (handle) return handle;
-    object->Remove_Reference();
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return nullptr;
-}
 
 }  // namespace rv

@@ -23,7 +23,8 @@ struct Thread {
 };
 
 std::atomic<std::uint64_t> g_Serials = 0;
-thread_local constinit Thread t_Thread;
+// In the block of every thread from its start on: found without a call.
+[[gnu::tls_model("initial-exec")]] thread_local constinit Thread t_Thread;
 
 Thread& This_Thread() noexcept {
     if (t_Thread.id == 0) {
@@ -59,6 +60,15 @@ void In_Order() noexcept {
 // Kernels before 6.2 can swallow the waking up when two threads end at the wrong moment, and one
 // that took the lock in passing wakes nobody; so whoever sleeps has a look at times.
 constexpr timespec kLongestSleep = {1, 0};
+
+// Most locks are free again sooner than the thread would be asleep.
+constexpr int kPatience = 20;
+
+void Pause() noexcept {
+#if defined(__x86_64__)
+    __builtin_ia32_pause();
+#endif
+}
 
 timespec Now() noexcept {
     timespec now;
@@ -164,11 +174,13 @@ bool rv::RobustLock::Wait(std::uint32_t seen, const Deadline& deadline) noexcept
 rv::RobustLock::Outcome rv::RobustLock::Take_From_Others(DWORD milliseconds) noexcept {
     const Deadline deadline(milliseconds);
     std::uint32_t others = 0;  // FUTEX_WAITERS when there may be some
-    for (;;) {
+    for (int turn = 0;; ++turn) {
         const std::uint32_t seen = Shared().load(std::memory_order_relaxed);
         if ((seen & FUTEX_TID_MASK) == 0) {
             if (Try(seen, t_Thread.id | others | (seen & FUTEX_WAITERS)))
                 return seen & FUTEX_OWNER_DIED ? Outcome::kAbandoned : Outcome::kTaken;
+        } else if (turn < kPatience) {
+            Pause();
         } else {
             if (!Wait(seen, deadline)) return Outcome::kTimedOut;
             others = FUTEX_WAITERS;

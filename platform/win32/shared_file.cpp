@@ -42,7 +42,8 @@ struct Header {
 
 // Bytes of the file that are locked for what they stand for: the first one while somebody looks
 // whether the object lives, and makes it or takes it away; the second one, shared, by each process
-// that holds the object.
+// that holds the object. The locks belong to the open file, so that whoever else in this process
+// opens and closes it does not release them.
 constexpr off_t kSetupByte = 0;
 constexpr off_t kHolderByte = 1;
 
@@ -61,7 +62,7 @@ bool Set_Lock(int file, off_t byte, short kind, Patience patience) noexcept {
     struct flock lock = Lock_Of(byte, kind);
     int result;
     do
-        result = fcntl(file, patience == Patience::kWait ? F_SETLKW : F_SETLK, &lock);
+        result = fcntl(file, patience == Patience::kWait ? F_OFD_SETLKW : F_OFD_SETLK, &lock);
     while (result == -1 && errno == EINTR);
     return result == 0;
 }
@@ -69,7 +70,7 @@ bool Set_Lock(int file, off_t byte, short kind, Patience patience) noexcept {
 bool Is_Held_By_Another(int file) noexcept {
     struct flock lock = Lock_Of(kHolderByte, F_WRLCK);
     // In doubt somebody does.
-    return fcntl(file, F_GETLK, &lock) != 0 || lock.l_type != F_UNLCK;
+    return fcntl(file, F_OFD_GETLK, &lock) != 0 || lock.l_type != F_UNLCK;
 }
 
 std::uint64_t Hash_Of(std::string_view text) noexcept {
@@ -91,7 +92,7 @@ class FilePath {
 public:
     explicit FilePath(const ObjectName& name) noexcept {
         Add("%s/%s", kDirectory, kFilePrefix.data());
-        name.is_global ? Add("global-") : Add("%u-", static_cast<unsigned>(geteuid()));
+        name.is_global ? Add("%s", "global-") : Add("%u-", static_cast<unsigned>(geteuid()));
         for (const char character : name.text) {
             if (m_Length > kMost) {
                 m_Length = kMost;

@@ -28,13 +28,13 @@ struct ObjectRequest {
     ULONGLONG size;  // of a new block, in bytes
 };
 
-// An object's file, which this process holds open once and no more: closing another descriptor of
-// it would give up the hold on the object.
+// An object's file, which this process holds.
 //
 // The first page tells what the object is, and ends with a mutex's word. A block's bytes follow.
 // The object lives as long as a process has a lock on the file. The system releases the lock when
-// the process ends, in whatever way. A file that is locked by nobody is swept away, or made anew,
-// by the next that comes upon it.
+// the process ends, in whatever way; a child that fork made has to close the descriptor, since it
+// has its part in the lock. A file that is locked by nobody is swept away, or made anew, by the
+// next that comes upon it.
 struct SharedFile {
     int descriptor = -1;
     ULONGLONG size = 0;  // of a block: whole pages
@@ -52,8 +52,7 @@ struct SharedFile {
 // Gives up the hold, and takes the file away when no other process holds it.
 void Detach_Shared_File(const ObjectName& name, SharedFile& file) noexcept;
 
-// Takes away the files that nobody holds and that are this user's. None must be held by this
-// process.
+// Takes away the files that nobody holds and that are this user's.
 void Sweep_Shared_Files() noexcept;
 
 }  // namespace rv
