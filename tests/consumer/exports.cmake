@@ -3,8 +3,9 @@
 #     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
 
 set(prefix "vtable for |typeinfo for |typeinfo name for |(unsigned )?int ")
-set(classes RVAppInfo RVDateTime RVDwordCrossRef RVEditingStatus RVGUIDNode RVMasterSettings RVMutex
-  RVNameCache RVResourceLoader RVSharedMemory RVStringPacker RVVariant RVXmlParser RVbsuErrorLog)
+set(classes RVAppInfo RVButton RVDateTime RVDwordCrossRef RVEditingStatus RVGUIDNode
+  RVMasterSettings RVMutex RVNameCache RVResourceLoader RVSharedMemory RVStringPacker RVVariant
+  RVWaitCursor RVXmlParser RVbsuErrorLog)
 set(functions pBase64_ pFind_Running_Instance "(HashKey|CompareElements)<RVGUIDNode")
 list(JOIN classes "|" classes)
 list(JOIN functions "|" functions)
