@@ -9,7 +9,9 @@ set(classes RVAppInfo RVButton RVDateTime RVDwordCrossRef RVEditingStatus RVGUID
 set(functions pBase64_ pFind_Running_Instance "(HashKey|CompareElements)<RVGUIDNode")
 list(JOIN classes "|" classes)
 list(JOIN functions "|" functions)
-set(families "^(${prefix})?(${classes}|${functions})")
+# What a DLL shows beside them: the types that it catches, whose descriptions every module has.
+set(caught "typeinfo (name )?for (CException[*]?|rv::HeapObject)$")
+set(families "^(${prefix})?(${classes}|${functions})|^${caught}")
 
 if(LIBRARY MATCHES "\\.dll$")
   execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -93,7 +94,8 @@ TEST(LinuxNamedObject, RefusesASpoiledFileAndStartsAnewFromADeadOne) {
     const std::string whole = rv_test::Read_File(path);
     EXPECT_EQ(In_Child([&] { return OpenFileMappingA(FILE_MAP_ALL_ACCESS, FALSE, "rv_test"); }), 0);
     std::vector<std::string> spoiled = {"", whole.substr(0, 20), whole.substr(1), whole + 'x'};
-    for (const std::size_t place : {0, 8, 12, 17, 24}) {  // magic, kind, length, size, name
+    for (const std::size_t place :
+         std::initializer_list<std::size_t>{0, 8, 12, 17, 24}) {  // magic, kind, length, size, name
         spoiled.push_back(whole);
         spoiled.back()[place] = 'x';
     }
