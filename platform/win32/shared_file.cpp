@@ -12,12 +12,13 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <utility>
 
+#include "descriptor.h"
 #include "error.h"
 
 namespace {
 
+using rv::Descriptor;
 using rv::ObjectKind;
 using rv::ObjectName;
 using rv::ObjectRequest;
@@ -117,23 +118,6 @@ private:
 
     std::size_t m_Length = 0;
     char m_Text[sizeof kDirectory + NAME_MAX + 1];
-};
-
-// A descriptor with one owner.
-class Descriptor {
-public:
-    explicit Descriptor(int value) noexcept : m_Value(value) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_Value != -1) close(m_Value);
-    }
-
-    int Value() const noexcept { return m_Value; }
-    int Give_Up() noexcept { return std::exchange(m_Value, -1); }
-
-private:
-    int m_Value;
 };
 
 constexpr int kOpenFlags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;

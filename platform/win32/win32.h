@@ -24,6 +24,7 @@
 #include "mutex.h"
 #include "oledate.h"
 #include "path.h"
+#include "profile.h"
 #include "safearray.h"
 #include "static_control.h"
 #include "text.h"

@@ -1,6 +1,5 @@
 #include "window_class.h"
 
-#include <algorithm>
 #include <mutex>
 
 #include "button.h"
@@ -8,6 +7,7 @@
 #include "dialog.h"
 #include "edit.h"
 #include "error.h"
+#include "fold.h"
 #include "static_control.h"
 #include "window_registry.h"
 
@@ -38,17 +38,13 @@ struct ApplicationClass : WindowClass {
 std::mutex g_Mutex;
 ApplicationClass* g_Newest = nullptr;
 
-bool Is_Same_Name(std::string_view left, std::string_view right) noexcept {
-    return std::ranges::equal(left, right, {}, rv::Folded, rv::Folded);
-}
-
 // With g_Mutex held.
 const WindowClass* Find(std::string_view name) noexcept {
     for (const WindowClass& built_in : kBuiltIn) {
-        if (Is_Same_Name(built_in.name, name)) return &built_in;
+        if (rv::Is_Same_Folded(built_in.name, name)) return &built_in;
     }
     const ApplicationClass* at = g_Newest;
-    while (at && !Is_Same_Name(at->name, name))
+    while (at && !rv::Is_Same_Folded(at->name, name))
         at = at->next;
     return at;
 }

@@ -4,15 +4,10 @@
 #include <optional>
 #include <string_view>
 
+#include "fold.h"
 #include "window.h"
 
 namespace rv {
-
-// The lower case of an ASCII letter, any other character itself: class names do not regard case.
-[[nodiscard]] constexpr char Folded(char character) noexcept {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
-                                                : character;
-}
 
 // A table in shared memory that the processes of a user have in common. It is there as long as a
 // process with a top-level window lives. The windows of a process that was killed are in nobody's
