@@ -10,8 +10,15 @@ namespace rv {
 #if defined(_WIN32)
 // The separator of paths that are built.
 inline constexpr char kPathSeparator = '\\';
+// Whether a character separates the levels of paths that callers hand in.
+constexpr bool Is_Path_Separator(char character) noexcept {
+    return character == kPathSeparator;
+}
 #else
 inline constexpr char kPathSeparator = '/';
+constexpr bool Is_Path_Separator(char character) noexcept {
+    return character == kPathSeparator || character == '\\';
+}
 #endif
 
 }  // namespace rv

@@ -14,6 +14,7 @@
 #include <windows.h>
 // The headers of its parts follow the Windows one.
 #include <commctrl.h>
+#include <direct.h>
 #include <oleauto.h>
 
 #include <ctime>

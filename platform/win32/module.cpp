@@ -8,6 +8,7 @@
 #include <mutex>
 
 #include "error.h"
+#include "library.h"
 #include "resource_table.h"
 
 namespace {
@@ -53,8 +54,9 @@ rv::ModuleEntry::~ModuleEntry() {
 
 HMODULE GetModuleHandleA(LPCSTR name) noexcept {
     if (!name) return g_Application.load(std::memory_order_acquire);
-    SetLastError(ERROR_MOD_NOT_FOUND);
-    return nullptr;
+    HMODULE const library = rv::Loaded_Library(name);
+    if (!library) SetLastError(ERROR_MOD_NOT_FOUND);
+    return library;
 }
 
 BOOL GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module) noexcept {

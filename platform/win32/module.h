@@ -66,8 +66,8 @@ inline LPSTR MAKEINTRESOURCEA(UINT_PTR id) noexcept {
     return reinterpret_cast<LPSTR>(UINT_PTR{static_cast<WORD>(id)});
 }
 
-// The application's own module for null; one without resources has one, too. There are no modules
-// by name here: null with ERROR_MOD_NOT_FOUND. Any thread.
+// The application's own module for null; one without resources has one, too. By name: a library that
+// LoadLibraryA has loaded; null with ERROR_MOD_NOT_FOUND for any other. Any thread.
 [[nodiscard]] RVPLATFORM_API HMODULE GetModuleHandleA(LPCSTR name) noexcept;
 
 // The module that an address lies in. `flags` are both of the above. FALSE with ERROR_MOD_NOT_FOUND

@@ -1,6 +1,8 @@
 // Callers' paths, made ready for the system's calls.
 #pragma once
 
+#include <string_view>
+
 #include "../heap.h"
 #include "types.h"
 
@@ -13,6 +15,9 @@ namespace rv {
 
 // Whether `path`, not null, is its own native form.
 [[nodiscard]] bool Is_Native_Path(const char* path) noexcept;
+
+// The drive letter that a path begins with, in upper case; NUL for none.
+[[nodiscard]] char Drive_Of(std::string_view path) noexcept;
 
 // Which error a file is that the system does not find: ERROR_FILE_NOT_FOUND when its directory
 // exists, else ERROR_PATH_NOT_FOUND. Cuts the last level off `native`.

@@ -33,12 +33,6 @@ bool Is_Letter(char character) noexcept {
     return lower >= 'a' && lower <= 'z';
 }
 
-// The drive letter that a path begins with, in upper case; 0 for none.
-char Drive_Of(std::string_view path) noexcept {
-    if (path.size() < 2 || path[1] != ':' || !Is_Letter(path[0])) return '\0';
-    return static_cast<char>(path[0] & ~0x20);
-}
-
 // The parts that a text is put together from, in memory that is taken once.
 class Builder {
 public:
@@ -159,6 +153,11 @@ DWORD Hand_Out(std::string_view text, DWORD room, char* buffer) noexcept {
 }
 
 }  // namespace
+
+char rv::Drive_Of(std::string_view path) noexcept {
+    if (path.size() < 2 || path[1] != ':' || !Is_Letter(path[0])) return '\0';
+    return static_cast<char>(path[0] & ~0x20);
+}
 
 DWORD rv::Native_Path(const char* path, HeapText& native) noexcept {
     std::string_view rest = path ? path : "";

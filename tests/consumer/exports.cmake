@@ -3,10 +3,11 @@
 #     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
 
 set(prefix "vtable for |typeinfo for |typeinfo name for |(unsigned )?int ")
-set(classes RVAppInfo RVButton RVDateTime RVDwordCrossRef RVEditingStatus RVGUIDNode
-  RVMasterSettings RVMutex RVNameCache RVResourceLoader RVSharedMemory RVStringPacker RVVariant
-  RVWaitCursor RVXmlParser RVbsuErrorLog)
-set(functions pBase64_ pFind_Running_Instance "(HashKey|CompareElements)<RVGUIDNode")
+set(classes RVAppInfo RVButton RVCmdLineInfo RVDateTime RVDirMgr RVDwordCrossRef RVEditingStatus
+  RVGUIDNode RVMasterSettings RVMutex RVNameCache RVResourceLoader RVSharedMemory RVStringPacker
+  RVVariant RVWaitCursor RVXmlParser RVbsuErrorLog)
+set(functions pBase64_ pCombine_File_Path pFind_Running_Instance pGet_App_Data_Path
+  pSQL_Double_To_String "(HashKey|CompareElements)<RVGUIDNode")
 list(JOIN classes "|" classes)
 list(JOIN functions "|" functions)
 # What a DLL shows beside them: the types that it catches, whose descriptions every module has.
