@@ -16,6 +16,7 @@
 #include <commctrl.h>
 #include <direct.h>
 #include <oleauto.h>
+#include <shlobj.h>
 
 #include <ctime>
 #else

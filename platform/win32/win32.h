@@ -28,6 +28,7 @@
 #include "path.h"
 #include "profile.h"
 #include "safearray.h"
+#include "shell_folder.h"
 #include "static_control.h"
 #include "text.h"
 #include "thread.h"
