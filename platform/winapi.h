@@ -18,6 +18,7 @@
 #include <oleauto.h>
 #include <shlobj.h>
 
+#include <cstdlib>
 #include <ctime>
 #else
 #include "win32/win32.h"

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "CCommandLineInfo.h"
 #include "CException.h"
 
 namespace {
@@ -23,6 +24,14 @@ CWinApp::~CWinApp() {
     while (*at != this)
         at = &(*at)->m_Before;
     *at = m_Before;
+}
+
+void CWinApp::ParseCommandLine(CCommandLineInfo& info) {
+    for (int at = 1; at < __argc; ++at) {
+        const char* const word = __argv[at];
+        const bool flag = *word == '-' || *word == '/';
+        info.ParseParam(flag ? word + 1 : word, flag, at + 1 == __argc);
+    }
 }
 
 void CWinApp::DoWaitCursor(int code) {

@@ -5,6 +5,7 @@
 #include "../winapi.h"
 #include "CCmdTarget.h"
 
+class CCommandLineInfo;
 class CException;
 
 // The application object. A program has one, mostly with static lifetime, of a class derived from
@@ -15,6 +16,12 @@ class RVPLATFORM_API CWinApp : public CCmdTarget {
 public:
     CWinApp() noexcept;
     ~CWinApp() override;
+
+    // Hands the words of the process's command line, behind the name of the program, to
+    // ParseParam, in order. A word that begins with "-" or "/" is a switch, on every platform: the
+    // same line means the same everywhere. So on Linux an absolute path is given with its drive, as
+    // C:/home/me/report.dat, or from the current directory.
+    void ParseCommandLine(CCommandLineInfo& info);
 
     // Begins the wait cursor for 1, ends it for -1, shows it again for 0 while it lasts. It lasts
     // until each beginning has its end; the cursor from before then comes back.

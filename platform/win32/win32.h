@@ -4,6 +4,7 @@
 #include "bitmap.h"
 #include "bstr.h"
 #include "button.h"
+#include "command_line.h"
 #include "critical_section.h"
 #include "crttime.h"
 #include "cursor.h"
