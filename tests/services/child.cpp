@@ -10,6 +10,7 @@
 #include <RVUtils/RVSharedMemory.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <random>
@@ -42,11 +43,15 @@ int Work(ULONG number) {
     std::putchar('h');
     std::fflush(stdout);
     for (;;) {
-        const RVMutex mutex(Guid_Of(kArenaGuid));
-        arena.inside = number;
-        std::this_thread::yield();
-        if (arena.inside != number) ++arena.collisions;
-        ++arena.entered[number % kMostWorkers];
+        {
+            const RVMutex mutex(Guid_Of(kArenaGuid));
+            arena.inside = number;
+            std::this_thread::yield();
+            if (arena.inside != number) ++arena.collisions;
+            ++arena.entered[number % kMostWorkers];
+        }
+        // Who leaves would be the first to enter again.
+        std::this_thread::sleep_for(std::chrono::microseconds(10));
     }
 }
 
