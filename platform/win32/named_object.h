@@ -17,7 +17,7 @@ class NamedObject final : public KernelObject {
 public:
     // The object with one reference more, which is a handle. Null, with the last error set, for
     // what Parse_Object_Name and Attach_Shared_File refuse or without memory.
-    [[nodiscard]] static NamedObject* Reach(LPCSTR name, const ObjectRequest& request) noexcept;
+    [[nodiscard]] static NamedObject* Reach(LPCSTR text, const ObjectRequest& request) noexcept;
     void Add_Reference() noexcept;
 
     DWORD Close() noexcept override { return 0; }

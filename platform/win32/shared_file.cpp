@@ -13,6 +13,7 @@
 #include <cstring>
 #include <memory>
 
+#include "byte_lock.h"
 #include "descriptor.h"
 #include "error.h"
 
@@ -48,28 +49,15 @@ struct Header {
 constexpr off_t kSetupByte = 0;
 constexpr off_t kHolderByte = 1;
 
-struct flock Lock_Of(off_t byte, short kind) noexcept {
-    struct flock lock = {};
-    lock.l_type = kind;
-    lock.l_whence = SEEK_SET;
-    lock.l_start = byte;
-    lock.l_len = 1;
-    return lock;
-}
-
 enum class Patience { kWait, kTry };
 
 bool Set_Lock(int file, off_t byte, short kind, Patience patience) noexcept {
-    struct flock lock = Lock_Of(byte, kind);
-    int result;
-    do
-        result = fcntl(file, patience == Patience::kWait ? F_OFD_SETLKW : F_OFD_SETLK, &lock);
-    while (result == -1 && errno == EINTR);
-    return result == 0;
+    const int command = patience == Patience::kWait ? F_OFD_SETLKW : F_OFD_SETLK;
+    return rv::Set_Byte_Lock(file, command, byte, kind);
 }
 
 bool Is_Held_By_Another(int file) noexcept {
-    struct flock lock = Lock_Of(kHolderByte, F_WRLCK);
+    struct flock lock = rv::Byte_Lock(kHolderByte, F_WRLCK);
     // In doubt somebody does.
     return fcntl(file, F_OFD_GETLK, &lock) != 0 || lock.l_type != F_UNLCK;
 }

@@ -39,3 +39,7 @@ BOOL SetForegroundWindow(HWND window) noexcept {
 HWND GetForegroundWindow() noexcept {
     return rv::window_registry::Foreground();
 }
+
+HWND GetTopWindow(HWND) noexcept {
+    return GetForegroundWindow();
+}

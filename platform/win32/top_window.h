@@ -15,9 +15,13 @@
 // Whether the window is minimised. FALSE for what is no window at the top.
 [[nodiscard]] RVPLATFORM_API BOOL IsIconic(HWND window) noexcept;
 
-// Makes a window active, so that it has the focus, and remembers it as the foreground. FALSE with ERROR_INVALID_WINDOW_HANDLE
-// when it is not at the top.
+// Makes a window active, so that it has the focus, and remembers it as the foreground. FALSE with
+// ERROR_INVALID_WINDOW_HANDLE when it is not at the top.
 RVPLATFORM_API BOOL SetForegroundWindow(HWND window) noexcept;
 
 // The window that was made active last, unless it has been hidden, minimised or ended since: null.
 [[nodiscard]] RVPLATFORM_API HWND GetForegroundWindow() noexcept;
+
+// Which of the windows at the top is before all others, as far as that is known: the foreground.
+// `window`: null.
+[[nodiscard]] RVPLATFORM_API HWND GetTopWindow(HWND window) noexcept;

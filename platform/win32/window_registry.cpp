@@ -8,10 +8,11 @@
 
 #include <algorithm>
 #include <bitset>
-#include <cerrno>
 #include <cstdio>
 #include <mutex>
 #include <span>
+
+#include "byte_lock.h"
 
 namespace {
 
@@ -48,26 +49,12 @@ struct Table {
 constexpr off_t kTableByte = 0;
 constexpr off_t kFirstPlaceByte = 1;
 
-struct flock Lock_Of(off_t byte, short kind) noexcept {
-    struct flock lock = {};
-    lock.l_type = kind;
-    lock.l_whence = SEEK_SET;
-    lock.l_start = byte;
-    lock.l_len = 1;
-    return lock;
-}
-
 bool Set_Lock(int file, off_t byte, short kind) noexcept {
-    struct flock lock = Lock_Of(byte, kind);
-    int result;
-    do
-        result = fcntl(file, F_SETLKW, &lock);
-    while (result == -1 && errno == EINTR);
-    return result == 0;
+    return rv::Set_Byte_Lock(file, F_SETLKW, byte, kind);
 }
 
 bool Is_Locked_By_Another(int file, off_t byte) noexcept {
-    struct flock lock = Lock_Of(byte, F_WRLCK);
+    struct flock lock = rv::Byte_Lock(byte, F_WRLCK);
     return fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 

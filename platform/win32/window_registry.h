@@ -7,14 +7,12 @@
 #include "fold.h"
 #include "window.h"
 
-namespace rv {
-
 // A table in shared memory that the processes of a user have in common. It is there as long as a
 // process with a top-level window lives. The windows of a process that was killed are in nobody's
 // sight, and the next process that looks clears them away.
 //
 // Any thread. Nothing here throws or takes memory from the heap.
-namespace window_registry {
+namespace rv::window_registry {
 
 constexpr std::size_t kCapacity = 1024;    // windows of all processes together
 constexpr std::size_t kLongestName = 255;  // of a class
@@ -60,6 +58,4 @@ bool Activate(HWND window) noexcept;
 
 [[nodiscard]] HWND Foreground() noexcept;
 
-}  // namespace window_registry
-
-}  // namespace rv
+}  // namespace rv::window_registry
