@@ -48,6 +48,7 @@ using HBRUSH = struct HBRUSH__*;
 #define CALLBACK  // every call is of one kind
 
 inline constexpr HRESULT S_OK = 0;
+inline constexpr HRESULT S_FALSE = 1;
 inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
 inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
