@@ -59,7 +59,7 @@ static_assert(std::is_sorted(std::begin(kCauses), std::end(kCauses), Below));
 // Never destroyed: an allocation may still fail while the process ends.
 CMemoryException* The_Memory_Exception() noexcept {
     alignas(CMemoryException) static std::byte place[sizeof(CMemoryException)];
-    static CMemoryException* const exception = new (place) CMemoryException;
+    static auto* const exception = new (place) CMemoryException;
     return exception;
 }
 

@@ -179,7 +179,7 @@ int CString::Insert(int index, const CString& text) {
     if (&text == this) return Insert(index, CString(text));
     if (text.m_Length > m_Capacity - m_Length) Grow(text.m_Length);
     char* const place = m_Data + index;
-    std::memmove(place + text.m_Length, place, static_cast<std::size_t>(m_Length - index + 1));
+    std::memmove(place + text.m_Length, place, static_cast<std::size_t>(m_Length - index) + 1);
     std::memcpy(place, text.m_Data, static_cast<std::size_t>(text.m_Length));
     return m_Length += text.m_Length;
 }

@@ -9,12 +9,6 @@
 #include "descriptor.h"
 #include "error.h"
 
-namespace {
-
-constexpr off_t kLargest = off_t{256} << 20;
-
-}  // namespace
-
 int rv::Open_Text_File(const char* native, DWORD& error) noexcept {
     Descriptor file(open(native, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     struct stat facts;
@@ -30,8 +24,8 @@ int rv::Open_Text_File(const char* native, DWORD& error) noexcept {
 DWORD rv::Read_Text_File(int descriptor, FileText& text) noexcept {
     struct stat facts;
     if (fstat(descriptor, &facts) != 0) return Error_From_Errno(errno);
-    if (facts.st_size > kLargest) return ERROR_FILE_TOO_LARGE;
     const auto room = static_cast<std::size_t>(facts.st_size);
+    if (room > kLargestTextFile) return ERROR_FILE_TOO_LARGE;
     text.size = 0;
     text.bytes.reset(static_cast<char*>(Heap_Allocate(room)));
     if (!text.bytes) return ERROR_NOT_ENOUGH_MEMORY;

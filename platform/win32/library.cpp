@@ -1,9 +1,12 @@
 #include "library.h"
 
+#include <dlfcn.h>
+#include <link.h>
 #include <strings.h>
 
 #include <atomic>
 #include <cstring>
+#include <mutex>
 #include <string_view>
 
 #include "directory.h"
@@ -32,6 +35,38 @@ BOOL Make_Sure_Directory_Path_Exists(const char* path) noexcept {
     return FALSE;
 }
 
+bool Free_DbgHelp() noexcept {
+    int loads = g_Loads;
+    while (loads > 0 && !g_Loads.compare_exchange_weak(loads, loads - 1)) {
+    }
+    return loads > 0;
+}
+
+std::mutex g_Mutex;  // orders the uses of rv::Module::library
+
+// The module with the resources of a library; null when it has none.
+HMODULE Module_Of(void* library) noexcept {
+    const link_map* map = nullptr;
+    HMODULE module = nullptr;
+    if (dlinfo(library, RTLD_DI_LINKMAP, &map) != 0 ||
+        !GetModuleHandleExA(
+            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+            reinterpret_cast<LPCSTR>(map->l_ld), &module))
+        return nullptr;
+    const std::lock_guard lock(g_Mutex);
+    module->library = library;
+    return module;
+}
+
+bool Free_Shared_Library(HMODULE module) noexcept {
+    void* library;
+    {
+        const std::lock_guard lock(g_Mutex);
+        library = module ? module->library : nullptr;
+    }
+    return library && dlclose(library) == 0;
+}
+
 }  // namespace
 
 HMODULE LoadLibraryA(LPCSTR name) noexcept {
@@ -39,16 +74,20 @@ HMODULE LoadLibraryA(LPCSTR name) noexcept {
         ++g_Loads;
         return &g_DbgHelp;
     }
-    SetLastError(ERROR_MOD_NOT_FOUND);
-    return nullptr;
+    rv::HeapText native;
+    const DWORD error = rv::Native_Path(name, native);
+    void* const library =
+        error == ERROR_SUCCESS ? dlopen(native.get(), RTLD_NOW | RTLD_LOCAL) : nullptr;
+    HMODULE const module = library ? Module_Of(library) : nullptr;
+    if (library && !module) dlclose(library);
+    if (!module) SetLastError(error == ERROR_SUCCESS ? ERROR_MOD_NOT_FOUND : error);
+    return module;
 }
 
 BOOL FreeLibrary(HMODULE module) noexcept {
-    int loads = module == &g_DbgHelp ? g_Loads.load() : 0;
-    while (loads > 0 && !g_Loads.compare_exchange_weak(loads, loads - 1)) {
-    }
-    if (loads == 0) SetLastError(ERROR_INVALID_HANDLE);
-    return loads != 0;
+    const bool done = module == &g_DbgHelp ? Free_DbgHelp() : Free_Shared_Library(module);
+    if (!done) SetLastError(ERROR_INVALID_HANDLE);
+    return done;
 }
 
 FARPROC GetProcAddress(HMODULE module, LPCSTR name) noexcept {

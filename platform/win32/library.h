@@ -1,6 +1,5 @@
-// Libraries that are loaded by name.
-//
-// The layer stands in for one, dbghelp.dll (case and extension do not count), with one function:
+// Libraries that are loaded by name: shared libraries with resources, and dbghelp.dll (case and
+// extension do not count), which the layer stands in for, with one function:
 //
 //     BOOL MakeSureDirectoryPathExists(const char* path)
 //
@@ -14,14 +13,17 @@
 
 using FARPROC = INT_PTR (*)();
 
-// A module, to be given back by FreeLibrary as often as it was taken; null with
-// ERROR_MOD_NOT_FOUND for any other name.
+// A module, to be given back by FreeLibrary as often as it was taken. `name`: a path (see path.h);
+// what has no directory is looked for where the system looks. Null with ERROR_MOD_NOT_FOUND when it
+// cannot be loaded, or has no resources.
 [[nodiscard]] RVPLATFORM_API HMODULE LoadLibraryA(LPCSTR name) noexcept;
 
-// FALSE with ERROR_INVALID_HANDLE for a module that is not loaded.
+// FALSE with ERROR_INVALID_HANDLE for a module that was not taken so. Behind the last one the
+// module is gone.
 RVPLATFORM_API BOOL FreeLibrary(HMODULE module) noexcept;
 
-// The function of that name, to be cast to what it is; null with ERROR_PROC_NOT_FOUND.
+// The function of that name in dbghelp.dll, to be cast to what it is; null with
+// ERROR_PROC_NOT_FOUND for all others.
 [[nodiscard]] RVPLATFORM_API FARPROC GetProcAddress(HMODULE module, LPCSTR name) noexcept;
 
 namespace rv {

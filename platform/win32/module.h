@@ -36,7 +36,9 @@ struct Module {
     std::span<const BitmapResource> bitmaps;
     std::span<IconResource> icons;
     std::span<IconResource> cursors;
-    Module* next = nullptr;  // the layer's own
+    // The layer's own.
+    Module* next = nullptr;
+    void* library = nullptr;  // what LoadLibraryA had from the system
 };
 
 // Enters a module for as long as one lives. Both have static lifetime, in the program or the
@@ -66,8 +68,8 @@ inline LPSTR MAKEINTRESOURCEA(UINT_PTR id) noexcept {
     return reinterpret_cast<LPSTR>(UINT_PTR{static_cast<WORD>(id)});
 }
 
-// The application's own module for null; one without resources has one, too. By name: a library that
-// LoadLibraryA has loaded; null with ERROR_MOD_NOT_FOUND for any other. Any thread.
+// The application's own module for null; one without resources has one, too. By name: dbghelp.dll
+// while it is loaded (see library.h); null with ERROR_MOD_NOT_FOUND for any other. Any thread.
 [[nodiscard]] RVPLATFORM_API HMODULE GetModuleHandleA(LPCSTR name) noexcept;
 
 // The module that an address lies in. `flags` are both of the above. FALSE with ERROR_MOD_NOT_FOUND

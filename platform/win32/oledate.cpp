@@ -66,13 +66,13 @@ bool Split(DATE number, Moment& moment) {
 // product (Neri and Schneider, Euclidean affine functions and their application to calendar
 // algorithms).
 void Fill_Date(int day_number, SYSTEMTIME& form) {
-    const unsigned days = static_cast<unsigned>(day_number + static_cast<int>(kDaysBeforeDayZero));
+    const auto days = static_cast<unsigned>(day_number + static_cast<int>(kDaysBeforeDayZero));
     const unsigned quarter_days = 4 * days + 3;
     const unsigned century = quarter_days / kDaysIn400Years;
     const unsigned day_of_century = quarter_days % kDaysIn400Years / 4;
 
     const std::uint64_t years = std::uint64_t{2939745} * (4 * day_of_century + 3);
-    const unsigned year_of_century = static_cast<unsigned>(years >> 32);
+    const auto year_of_century = static_cast<unsigned>(years >> 32);
     const unsigned day_of_year = static_cast<unsigned>(years) / 2939745 / 4;
 
     const unsigned months = 2141 * day_of_year + 197913;

@@ -1,4 +1,5 @@
 // The boxes that failures show to the user.
+#include <RVUtils/RVRegCategory.h>
 #include <RVUtils/RVSharedMemory.h>
 #include <gtest/gtest.h>
 
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "services_support.h"
+#include "test_registry.h"
 
 namespace {
 
@@ -23,11 +25,12 @@ Boxes Boxes_Of(Operation operation) {
     std::atomic<bool> ended = false;
     std::thread user([&] {
         while (!ended) {
-            HWND const box = FindWindowA("#32770", "RVDEBUG");
+            HWND const box = FindWindowA("#32770", nullptr);
             HWND const text = box ? GetDlgItem(box, 0xFFFF) : nullptr;
-            char words[100] = "";
+            char title[100] = "", words[100] = "";
             if (text && GetWindowTextA(text, words, sizeof words) > 0) {
-                boxes.push_back(std::string("RVDEBUG: ") + words);
+                GetWindowTextA(box, title, sizeof title);
+                boxes.push_back(std::string(title) + ": " + words);
                 while (IsWindow(box)) {
                     PostMessageA(box, WM_COMMAND, IDOK, 0);
                     std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -49,8 +52,9 @@ Boxes g_Boxes;
 template <class Operation>
 Boxes Boxes_Of(Operation operation) {
     g_Boxes.clear();
-    const auto before = rv::Set_Message_Box_Hook(
-        [](LPCSTR text, LPCSTR title) { g_Boxes.push_back(std::string(title) + ": " + text); });
+    const auto before = rv::Set_Message_Box_Hook([](LPCSTR text, LPCSTR title, UINT) {
+        g_Boxes.push_back(std::string(title) + ": " + text);
+    });
     operation();
     rv::Set_Message_Box_Hook(before);
     return g_Boxes;
@@ -88,6 +92,28 @@ TEST(RVSharedMemory, TellsOfFailuresUnlessItIsQuiet) {
             << row.why << ": a copy of one that is loud";
         EXPECT_EQ(Boxes_Of([&] { EXPECT_FALSE(loud.Read(nullptr, 0)); }), Boxes()) << row.why;
     }
+}
+
+// Windows has no category manager where COM is not initialised, Linux none over a damaged registry.
+// A number that is none asks for neither.
+TEST(RVRegCategory, TellsWhenThereIsNoCategoryManager) {
+    const ScratchDirectory scratch;
+    const Environment registry("RVUTILS_REGISTRY", scratch / "damaged");
+    Write_File(scratch / "damaged", "no registry");
+    testing::internal::CaptureStderr();
+    const RVRegCategory plug_in(GUID{1, 2, 3, {}});
+    const std::string there =
+        "Registration Error: CLSID_StdComponentCategoriesMgr was not found!  ";
+    EXPECT_EQ(Boxes_Of([&] { EXPECT_FALSE(plug_in.Register_For_Application(1)); }),
+              Boxes{there + "Unable to register as a plug-in."});
+    EXPECT_EQ(Boxes_Of([&] { EXPECT_FALSE(plug_in.Unregister_For_Application(10)); }),
+              Boxes{there + "Unable to un-register as a plug-in."});
+    EXPECT_EQ(Boxes_Of([&] {
+                  EXPECT_FALSE(plug_in.Register_For_Application(0));
+                  EXPECT_FALSE(plug_in.Unregister_For_Application(11));
+              }),
+              Boxes());
+    testing::internal::GetCapturedStderr();
 }
 
 }  // namespace
