@@ -56,11 +56,17 @@ private:
     const Message m_Before;
 };
 
+bool Is_Color_Question(UINT message) {
+    return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC;
+}
+
 // The child that a message to its parent is about; null for any other message.
 HWND Child_Of(UINT message, LPARAM second) {
-    if (message == WM_COMMAND) return reinterpret_cast<HWND>(second);
-    if (message != WM_NOTIFY || !second) return nullptr;
-    return reinterpret_cast<const NMHDR*>(second)->hwndFrom;
+    if (Is_Color_Question(message) || message == WM_COMMAND) return reinterpret_cast<HWND>(second);
+    if (!second) return nullptr;
+    if (message == WM_NOTIFY) return reinterpret_cast<const NMHDR*>(second)->hwndFrom;
+    if (message == WM_DRAWITEM) return reinterpret_cast<const DRAWITEMSTRUCT*>(second)->hwndItem;
+    return nullptr;
 }
 
 }  // namespace
@@ -185,6 +191,11 @@ BOOL CWnd::OnWndMsg(UINT message, WPARAM first, LPARAM second, LRESULT* result) 
 }
 
 BOOL CWnd::OnChildNotify(UINT message, WPARAM first, LPARAM second, LRESULT* result) {
+    if (Is_Color_Question(message)) {
+        const UINT kind = message - WM_CTLCOLORMSGBOX;
+        return Answer({WM_REFLECT_BASE + kColorQuestion, 0, 0, nullptr}, first, LPARAM{kind},
+                      *result);
+    }
     const UINT code =
         message == WM_NOTIFY ? reinterpret_cast<const NMHDR*>(second)->code : HIWORD(first);
     return Answer({WM_REFLECT_BASE + message, code, 0, nullptr}, first, second, *result);

@@ -5,6 +5,9 @@
 #include "../winapi.h"
 #include "CCmdTarget.h"
 
+// A child's question for its colours, whichever kind of control it is, as it is given back.
+inline constexpr UINT kColorQuestion = 0x19;
+
 // An object that owns a window, or none. The window ends with the object, and may end before it,
 // with its parent; the object then has none.
 //

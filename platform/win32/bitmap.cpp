@@ -37,15 +37,6 @@ bool Is_Whole_Copy(const rv::Pixels& pixels, UINT start, UINT lines, const void*
            header.biBitCount == 32 && header.biCompression == BI_RGB;
 }
 
-template <class Kind>
-BOOL End(const void* handle) noexcept {
-    rv::GdiObjects objects;
-    Kind* const object = objects.Find<Kind>(handle);
-    if (!object) return FALSE;
-    objects.End(*object);
-    return TRUE;
-}
-
 }  // namespace
 
 rv::GdiObject::~GdiObject() = default;
@@ -114,7 +105,14 @@ HBITMAP LoadBitmapA(HINSTANCE module, LPCSTR name) noexcept {
 }
 
 BOOL DeleteObject(HGDIOBJ object) noexcept {
-    return End<rv::BitmapObject>(object);
+    rv::GdiObjects objects;
+    auto* const found = objects.Find<rv::GdiObject>(object);
+    if (!dynamic_cast<rv::BitmapObject*>(found) && !dynamic_cast<rv::BrushObject*>(found)) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    objects.End(*found);
+    return TRUE;
 }
 
 int GetObjectA(HGDIOBJ object, int size, LPVOID buffer) noexcept {
@@ -135,7 +133,10 @@ HDC CreateCompatibleDC(HDC) noexcept {
 }
 
 BOOL DeleteDC(HDC context) noexcept {
-    return End<MemoryContext>(context);
+    rv::GdiObjects objects;
+    auto* const found = objects.Find<MemoryContext>(context);
+    if (found) objects.End(*found);
+    return found != nullptr;
 }
 
 int GetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, LPVOID bits, BITMAPINFO* info,

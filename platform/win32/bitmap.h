@@ -56,7 +56,7 @@ inline constexpr UINT DIB_RGB_COLORS = 0;
 // bitmaps elsewhere and none here; ERROR_NOT_ENOUGH_MEMORY.
 [[nodiscard]] RVPLATFORM_API HBITMAP LoadBitmapA(HINSTANCE module, LPCSTR name) noexcept;
 
-// FALSE with ERROR_INVALID_HANDLE when it is no bitmap.
+// Ends a bitmap or a brush. FALSE with ERROR_INVALID_HANDLE when it is neither.
 RVPLATFORM_API BOOL DeleteObject(HGDIOBJ object) noexcept;
 
 // Stores the BITMAP of a bitmap, without a pointer to its bits, if `size` does. Gives that size,

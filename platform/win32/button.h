@@ -5,7 +5,8 @@
 // button has taken the focus and an automatic one has changed its check.
 #pragma once
 
-#include "types.h"
+#include "bitmap.h"
+#include "window.h"
 
 // Low four bits of the style.
 inline constexpr DWORD BS_PUSHBUTTON = 0x0;
@@ -26,6 +27,27 @@ inline constexpr UINT BM_SETSTYLE = 0xF4;  // WPARAM: the low four bits; LPARAM:
 inline constexpr UINT BM_CLICK = 0xF5;
 
 inline constexpr WORD BN_CLICKED = 0;
+
+// To the parent of a button that it paints. WPARAM: its id; LPARAM: DRAWITEMSTRUCT*.
+inline constexpr UINT WM_DRAWITEM = 0x2B;
+
+inline constexpr UINT ODT_BUTTON = 4;
+inline constexpr UINT ODA_DRAWENTIRE = 1;
+inline constexpr UINT ODS_SELECTED = 0x1;
+inline constexpr UINT ODS_DISABLED = 0x4;
+inline constexpr UINT ODS_FOCUS = 0x10;
+
+struct DRAWITEMSTRUCT {
+    UINT CtlType;
+    UINT CtlID;
+    UINT itemID;
+    UINT itemAction;
+    UINT itemState;
+    HWND hwndItem;
+    HDC hDC;
+    RECT rcItem;
+    UINT_PTR itemData;
+};
 
 namespace rv {
 

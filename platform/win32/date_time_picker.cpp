@@ -4,7 +4,13 @@
 #include <ctime>
 
 #include "crttime.h"
-#include "window_object.h"
+#include "locale.h"
+#include "paint.h"
+#include "rectangle.h"
+#include "text_metrics.h"
+#include "window_place.h"
+#include "window_state.h"
+#include "window_update.h"
 
 namespace {
 
@@ -12,6 +18,10 @@ constexpr SYSTEMTIME kFirstShown = {1752, 9, 4, 14, 0, 0, 0, 0};
 // The day before is the bound: below zero, a later time of day is a lesser number.
 constexpr DATE kDayBeforeFirst = -53798.0;
 constexpr DATE kLastShown = 2958465.0;
+
+constexpr int kMargin = 4;
+constexpr int kButton = 17;  // at the right edge
+constexpr std::string_view kArrow = "####### .##### ..### ...#";
 
 SYSTEMTIME Present_Moment() noexcept {
     using namespace std::chrono;
@@ -50,6 +60,12 @@ public:
                 return Get(form);
             case DTM_SETSYSTEMTIME:
                 return form && Set(first, *form);
+            case WM_PAINT:
+                Paint();
+                return 0;
+            case WM_ENABLE:
+                rv::Invalidate(*this, true);
+                return 0;
             default:
                 return Default(message, first, second);
         }
@@ -70,7 +86,42 @@ private:
         if (is_date ? !Complete(form) : kind != GDT_NONE || !May_Show_None()) return false;
         m_ShowsDate = is_date;
         if (is_date) m_Shown = form;
+        rv::Invalidate(*this, true);
         return true;
+    }
+
+    int Text_Color() const noexcept {
+        return rv::Is_Disabled(*this) ? COLOR_GRAYTEXT : COLOR_WINDOWTEXT;
+    }
+
+    void Paint() noexcept {
+        const rv::Painting painting(*this);
+        HDC const context = painting.Context();
+        RECT line = rv::Inside_Of(*this);
+        rv::Fill(context, line, rv::Is_Disabled(*this) ? COLOR_BTNFACE : COLOR_WINDOW);
+        rv::Draw_Frame(context, line, COLOR_BTNSHADOW);
+        line = rv::Shrunk(line, 1);
+        Paint_Button(context, {line.right - kButton, line.top, line.right, line.bottom});
+        line.right -= kButton;
+        line.left += kMargin;
+        if (May_Show_None()) {
+            rv::Draw_Check_Box(context, line.left, (line.top + line.bottom - rv::kBox) / 2,
+                               m_ShowsDate, Text_Color());
+            line.left += rv::kBox + kMargin;
+        }
+        char text[80];
+        if (!m_ShowsDate || GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &m_Shown, nullptr,
+                                           text, sizeof text) == 0)
+            return;
+        SetTextColor(context, GetSysColor(Text_Color()));
+        rv::Draw_Line(context, line, text, rv::Align::kLeft);
+    }
+
+    void Paint_Button(HDC context, RECT box) const noexcept {
+        rv::Fill(context, box, COLOR_BTNFACE);
+        DrawEdge(context, &box, EDGE_RAISED, BF_RECT);
+        rv::Draw_Figure(context, box.left + 5, (box.top + box.bottom) / 2 - 2, kArrow,
+                        Text_Color());
     }
 
     bool m_ShowsDate = true;
@@ -84,5 +135,7 @@ rv::Window* rv::Make_Date_Time_Picker() noexcept {
 }
 
 BOOL InitCommonControlsEx(const INITCOMMONCONTROLSEX* families) noexcept {
-    return families->dwSize == sizeof *families && families->dwICC == ICC_DATE_CLASSES;
+    constexpr DWORD kHere = ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_DATE_CLASSES;
+    return families->dwSize == sizeof *families && families->dwICC != 0 &&
+           (families->dwICC & ~kHere) == 0;
 }

@@ -26,6 +26,8 @@ inline constexpr UINT DTM_GETSYSTEMTIME = 0x1001;
 // for null; it then shows what it did.
 inline constexpr UINT DTM_SETSYSTEMTIME = 0x1002;
 
+inline constexpr DWORD ICC_LISTVIEW_CLASSES = 0x1;
+inline constexpr DWORD ICC_TAB_CLASSES = 0x8;
 inline constexpr DWORD ICC_DATE_CLASSES = 0x100;
 
 struct INITCOMMONCONTROLSEX {
@@ -33,8 +35,7 @@ struct INITCOMMONCONTROLSEX {
     DWORD dwICC;   // families of classes
 };
 
-// Whether the classes are there: TRUE for ICC_DATE_CLASSES, the only family of this layer. Any
-// thread.
+// Whether the classes are there: TRUE for the families above. Any thread.
 [[nodiscard]] RVPLATFORM_API BOOL
 InitCommonControlsEx(const INITCOMMONCONTROLSEX* families) noexcept;
 

@@ -1,8 +1,10 @@
 #include "dialog.h"
 
 #include "button.h"
+#include "device_context.h"
 #include "window_class.h"
 #include "window_object.h"
+#include "window_place.h"
 
 namespace {
 
@@ -24,12 +26,25 @@ public:
                 m_DefaultId = LOWORD(first);
                 Move_Default_Look();
                 return TRUE;
+            case WM_ERASEBKGND:
+                Erase(reinterpret_cast<HDC>(first));
+                return TRUE;
             default:
                 return Default(message, first, second);
         }
     }
 
 private:
+    // In the colours that it chooses itself.
+    void Erase(HDC context) noexcept {
+        const auto first = reinterpret_cast<WPARAM>(context);
+        const auto second = reinterpret_cast<LPARAM>(Handle());
+        LRESULT brush = rv::Send(*this, WM_CTLCOLORDLG, first, second);
+        if (brush == 0) brush = Default(WM_CTLCOLORDLG, first, second);
+        const RECT inside = rv::Inside_Of(*this);
+        FillRect(context, &inside, reinterpret_cast<HBRUSH>(brush));
+    }
+
     LRESULT Default_Id() const noexcept {
         WORD id = m_DefaultId;
         for (const Window* at = First_Child(); at && id == 0; at = at->Next_Sibling()) {

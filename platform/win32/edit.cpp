@@ -1,15 +1,23 @@
 #include "edit.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "input.h"
+#include "owned_text.h"
+#include "paint.h"
+#include "rectangle.h"
+#include "text_metrics.h"
 #include "window_data.h"
 #include "window_object.h"
+#include "window_place.h"
 #include "window_state.h"
 #include "window_update.h"
 
 namespace {
+
+constexpr int kMargin = 3;
 
 class Edit final : public rv::Window {
 public:
@@ -25,6 +33,9 @@ public:
                     rv::Invalidate(*this, true);
                     Tell_Change();
                 }
+                return 0;
+            case WM_PAINT:
+                Paint();
                 return 0;
             case WM_LBUTTONDOWN:
                 SetFocus(Handle());
@@ -65,6 +76,29 @@ private:
         std::memmove(rest - 1, rest, std::strlen(rest) + 1);
         --m_Mark;
         return true;
+    }
+
+    void Paint() noexcept {
+        const rv::Painting painting(*this);
+        HDC const context = painting.Context();
+        const RECT inside = rv::Inside_Of(*this);
+        const bool is_disabled = rv::Is_Disabled(*this);
+        FillRect(context, &inside,
+                 rv::Ask_Colors(*this, is_disabled ? WM_CTLCOLORSTATIC : WM_CTLCOLOREDIT, context));
+        if (is_disabled) SetTextColor(context, GetSysColor(COLOR_GRAYTEXT));
+        RECT line = rv::Shrunk(inside, kMargin);
+        line.bottom = line.top + rv::kLineHeight;
+        const std::string_view text = rv::View_Of(m_Text.get());
+        const int mark = rv::Width_Of(text.substr(0, m_Mark));
+        // The mark stays in sight.
+        line.left -= std::max(mark + 1 - rv::Width_Of(line), 0);
+        SetBkMode(context, TRANSPARENT);
+        ExtTextOutA(context, line.left, line.top, 0, nullptr, text.data(),
+                    static_cast<UINT>(text.size()), nullptr);
+        if (GetFocus() != Handle()) return;
+        line.left += mark;
+        line.right = line.left + 1;
+        rv::Fill(context, line, COLOR_WINDOWTEXT);
     }
 
     std::size_t m_Mark = 0;

@@ -11,6 +11,7 @@
 #include "../heap.h"
 #include "../image_file.h"
 #include "bitmap.h"
+#include "brush.h"
 #include "nothrow_object.h"
 
 namespace rv {
@@ -51,6 +52,13 @@ public:
     explicit BitmapObject(Pixels&& pixels) noexcept : m_Pixels(std::move(pixels)) {}
 
     const Pixels m_Pixels;
+};
+
+class BrushObject final : public GdiObject {
+public:
+    explicit BrushObject(COLORREF color) noexcept : m_Color(color) {}
+
+    const COLORREF m_Color;
 };
 
 // Null without memory.

@@ -13,6 +13,7 @@ inline constexpr UINT WM_KEYUP = 0x101;
 inline constexpr UINT WM_CHAR = 0x102;  // WPARAM: the character
 
 inline constexpr WPARAM MK_LBUTTON = 1;
+inline constexpr WPARAM MK_CONTROL = 8;
 
 inline constexpr int VK_BACK = 0x8;
 inline constexpr int VK_SPACE = 0x20;

@@ -8,6 +8,8 @@ inline constexpr DWORD SS_LEFT = 0x0;
 inline constexpr DWORD SS_CENTER = 0x1;
 inline constexpr DWORD SS_RIGHT = 0x2;
 
+inline constexpr DWORD SS_NOPREFIX = 0x80;  // '&' marks no key
+
 namespace rv {
 
 class Window;

@@ -36,6 +36,7 @@ public:
             while (first) {
                 Window* const window = std::exchange(first, first->m_NextInBucket);
                 if (!window->m_IsChild) window_registry::Remove(window->m_Handle);
+                Forget_Focus(*window);
                 delete window;
             }
         }
@@ -68,12 +69,11 @@ public:
     }
 
     static void Destroy(Window& window) noexcept {
-        if (window.m_IsEnding) return;
         const WindowInUse use(window);
-        while (!window.m_HasEnded) {
+        while (!window.m_IsEnding) {
             Window* at = &window;
-            while (at->m_Owned.first)
-                at = at->m_Owned.first;
+            while (Window* const owned = First_Staying(at->m_Owned))
+                at = owned;
             End(*at);
         }
     }
@@ -81,7 +81,7 @@ public:
     // Ends one that was refused before there was anything to tell.
     static void Discard(Window& window) noexcept {
         window.m_IsEnding = true;
-        Finish(window);
+        Take_Apart(window);
     }
 
 private:
@@ -103,14 +103,27 @@ private:
         (window.m_Next ? window.m_Next->m_Previous : list.last) = window.m_Previous;
     }
 
-    // Without recursion: children may be nested deeper than the stack is.
+    static Window* First_Staying(const Window::List& list) noexcept {
+        Window* at = list.first;
+        while (at && at->m_IsEnding)
+            at = at->m_Next;
+        return at;
+    }
+
+    // What is told of an end may end others, or those that all of this is inside of: each window
+    // hears of it once, whoever asked for it.
     static void End(Window& root) noexcept {
+        const WindowInUse use(root);
         ShowWindow(root.m_Handle, SW_HIDE);
-        for (Window* at = &root; at; at = at->Behind(root)) {
-            if (std::exchange(at->m_IsEnding, true)) continue;
-            Send(*at, WM_DESTROY, 0, 0);
+        if (!root.m_IsEnding) Take_Apart(root);
+    }
+
+    // Without recursion: children may be nested deeper than the stack is.
+    static void Take_Apart(Window& root) noexcept {
+        const WindowInUse use(root);
+        for (Window* at = &root; at && !root.m_HasEnded; at = Tell_End(*at, root)) {
         }
-        for (Window* at = &root; at;) {
+        for (Window* at = &root; at && !root.m_HasEnded;) {
             while (at->m_Children.first)
                 at = at->m_Children.first;
             Window* const next = at == &root ? nullptr : at->m_Parent;
@@ -119,10 +132,17 @@ private:
         }
     }
 
+    // Gives the one behind it; none once the root has ended.
+    static Window* Tell_End(Window& window, const Window& root) noexcept {
+        const WindowInUse use(window);
+        if (!std::exchange(window.m_IsEnding, true)) Send(window, WM_DESTROY, 0, 0);
+        return window.m_HasEnded ? nullptr : window.Behind(root);
+    }
+
     static void Finish(Window& window) noexcept {
         const WindowInUse use(window);
-        Send(window, WM_NCDESTROY, 0, 0);
-        Remove(window);
+        if (!std::exchange(window.m_IsFinishing, true)) Send(window, WM_NCDESTROY, 0, 0);
+        if (!window.m_HasEnded) Remove(window);
     }
 
     static void Remove(Window& window) noexcept {
@@ -131,7 +151,13 @@ private:
             at = &((*at)->m_NextInBucket);
         *at = window.m_NextInBucket;
         if (window.m_Parent) Take_Out(List_Of(window), window);
+        // Those that it owned and that are ending just now.
+        while (Window* const owned = window.m_Owned.first) {
+            Take_Out(window.m_Owned, *owned);
+            owned->m_Parent = nullptr;
+        }
         if (!window.m_IsChild) window_registry::Remove(window.m_Handle);
+        Forget_Focus(window);
         window.m_Parent = nullptr;
         window.m_HasEnded = true;
     }
@@ -163,6 +189,7 @@ Window* Window_Of(HWND handle) noexcept {
 
 LRESULT Send(Window& window, UINT message, WPARAM first, LPARAM second) noexcept {
     const WindowInUse use(window);
+    if (window.Has_Ended()) return 0;
     if (window.m_Procedure == &Built_In_Procedure) return window.Receive(message, first, second);
     return window.m_Procedure(window.Handle(), message, first, second);
 }

@@ -61,6 +61,8 @@ inline constexpr DWORD WS_CHILD = 0x40000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD WS_DISABLED = 0x08000000;
 inline constexpr DWORD WS_CAPTION = 0x00C00000;   // a title bar and a frame of three pixels
+inline constexpr DWORD WS_HSCROLL = 0x00100000;   // a list box has scroll bars
+inline constexpr DWORD WS_VSCROLL = 0x00200000;   // where it needs them
 inline constexpr DWORD WS_BORDER = 0x00800000;    // a frame of one pixel
 inline constexpr DWORD WS_EX_CLIENTEDGE = 0x200;  // a sunken frame of two pixels
 

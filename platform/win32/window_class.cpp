@@ -8,7 +8,11 @@
 #include "edit.h"
 #include "error.h"
 #include "fold.h"
+#include "header.h"
+#include "list_box.h"
+#include "list_view.h"
 #include "static_control.h"
+#include "tab_control.h"
 #include "window_registry.h"
 
 namespace {
@@ -20,8 +24,12 @@ using rv::window_registry::kLongestName;
 constexpr WindowClass kBuiltIn[] = {
     {{}, "Button", &rv::Make_Button, &rv::Built_In_Procedure, nullptr},
     {{}, "Edit", &rv::Make_Edit, &rv::Built_In_Procedure, nullptr},
+    {{}, "ListBox", &rv::Make_List_Box, &rv::Built_In_Procedure, nullptr},
     {{}, "Static", &rv::Make_Static, &rv::Built_In_Procedure, nullptr},
     {{}, "#32770", &rv::Make_Dialog, &rv::Built_In_Procedure, nullptr},
+    {{}, WC_HEADERA, &rv::Make_Header, &rv::Built_In_Procedure, nullptr},
+    {{}, WC_LISTVIEWA, &rv::Make_List_View, &rv::Built_In_Procedure, nullptr},
+    {{}, WC_TABCONTROLA, &rv::Make_Tab_Control, &rv::Built_In_Procedure, nullptr},
     {{}, DATETIMEPICK_CLASSA, &rv::Make_Date_Time_Picker, &rv::Built_In_Procedure, nullptr},
 };
 

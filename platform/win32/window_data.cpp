@@ -1,12 +1,10 @@
 #include "window_data.h"
 
-#include <algorithm>
-#include <cstring>
-#include <limits>
-#include <string_view>
 #include <utility>
 
+#include "device_context.h"
 #include "error.h"
+#include "owned_text.h"
 #include "window_class.h"
 #include "window_object.h"
 #include "window_update.h"
@@ -15,30 +13,13 @@ namespace {
 
 using rv::Window;
 
-std::string_view Text_Of(const Window& window) noexcept {
-    return window.m_Text ? window.m_Text.get() : "";
-}
-
-// As much as there is room for, with a NUL. Gives the length without that.
-int Copy(std::string_view text, LPSTR buffer, std::size_t room) noexcept {
-    if (room == 0) return 0;
-    const std::size_t length = text.copy(buffer, room - 1);
-    buffer[length] = '\0';
-    return static_cast<int>(length);
-}
-
 bool Set_Text(Window& window, LPCSTR text) noexcept {
-    const std::size_t length = text ? std::strlen(text) : 0;
-    rv::HeapText copy;
-    if (length != 0) {
-        copy.reset(static_cast<char*>(rv::Heap_Allocate(length + 1)));
-        if (!copy) {
-            SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-            return false;
-        }
-        std::memcpy(copy.get(), text, length + 1);
+    rv::OwnedText copy = nullptr;
+    if (!rv::Copy_Text(text, copy)) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return false;
     }
-    window.m_Text = std::move(copy);
+    window.m_Text.reset(copy);
     return true;
 }
 
@@ -64,6 +45,12 @@ LONG_PTR Value_Of(const Window& window, int index) noexcept {
     }
 }
 
+void Set_Style(Window& window, DWORD style) noexcept {
+    STYLESTRUCT change = {std::exchange(window.m_Style, style), style};
+    rv::Send(window, WM_STYLECHANGED, static_cast<WPARAM>(GWL_STYLE),
+             reinterpret_cast<LPARAM>(&change));
+}
+
 void Set_Value(Window& window, int index, LONG_PTR value) noexcept {
     switch (index) {
         case GWLP_WNDPROC:
@@ -73,7 +60,7 @@ void Set_Value(Window& window, int index, LONG_PTR value) noexcept {
             window.m_Id = value;
             break;
         case GWL_STYLE:
-            window.m_Style = static_cast<DWORD>(value);
+            Set_Style(window, static_cast<DWORD>(value));
             break;
         case GWL_EXSTYLE:
             window.m_ExtendedStyle = static_cast<DWORD>(value);
@@ -95,13 +82,22 @@ LRESULT rv::Window::Default(UINT message, WPARAM first, LPARAM second) noexcept 
             Invalidate(*this, true);
             return TRUE;
         case WM_GETTEXT:
-            return Copy(Text_Of(*this), reinterpret_cast<LPSTR>(second), first);
+            return Hand_Out(View_Of(m_Text.get()), reinterpret_cast<LPSTR>(second), first);
         case WM_GETTEXTLENGTH:
-            return static_cast<LRESULT>(Text_Of(*this).size());
-        case WM_PAINT:
-            m_Update = {};
-            m_Erase = false;
+            return static_cast<LRESULT>(View_Of(m_Text.get()).size());
+        case WM_PAINT: {
+            PAINTSTRUCT painting;
+            BeginPaint(Handle(), &painting);
+            EndPaint(Handle(), &painting);
             return 0;
+        }
+        case WM_ERASEBKGND:
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORLISTBOX:
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORDLG:
+        case WM_CTLCOLORSTATIC:
+            return Default_Of_Painting(*this, message, first);
         default:
             return 0;
     }
@@ -132,7 +128,7 @@ int GetClassNameA(HWND window, LPSTR buffer, int room) noexcept {
     const Window* const found = rv::Window_Of(window);
     if (!found) return 0;
     if (room <= 0) return static_cast<int>(Refuse(ERROR_INSUFFICIENT_BUFFER));
-    return Copy(found->m_Class->name, buffer, static_cast<std::size_t>(room));
+    return rv::Hand_Out(found->m_Class->name, buffer, static_cast<std::size_t>(room));
 }
 
 HWND GetParent(HWND window) noexcept {

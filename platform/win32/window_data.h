@@ -14,12 +14,19 @@ inline constexpr UINT WM_SETTEXT = 0xC;  // LPARAM: the text
 inline constexpr UINT WM_GETTEXT = 0xD;  // WPARAM: room; LPARAM: where to
 inline constexpr UINT WM_GETTEXTLENGTH = 0xE;
 
+struct STYLESTRUCT {
+    DWORD styleOld;
+    DWORD styleNew;
+};
+
+inline constexpr UINT WM_STYLECHANGED = 0x7D;  // LPARAM: STYLESTRUCT*; after GWL_STYLE was set
+
 // One of the values above. 0 on failure: ERROR_INVALID_WINDOW_HANDLE for what is no window of this
 // thread; ERROR_INVALID_INDEX for another value.
 [[nodiscard]] RVPLATFORM_API LONG_PTR GetWindowLongPtrA(HWND window, int index) noexcept;
 
-// Sets one of the values above and gives the one before. The style is taken as it is, but that a
-// child stays one, and WS_VISIBLE shows or hides nothing. 0 on failure, as above.
+// Sets one of the values above and gives the one before. The style is taken as it is; a child
+// stays one. 0 on failure, as above.
 RVPLATFORM_API LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value) noexcept;
 
 // The same, of the values that have 32 bits.

@@ -3,11 +3,20 @@
 
 #include "../heap.h"
 #include "nothrow_object.h"
+#include "surface.h"
 #include "window.h"
 
 namespace rv {
 
 struct WindowClass;
+
+// Of a window that has more to show than there is room for; in pixels.
+struct ScrollBars {
+    SIZE content = {};
+    int above = 0;
+    bool has_vertical = false;
+    bool has_horizontal = false;
+};
 
 // Base of the built-in window classes: each derives one, whose objects are its windows. The windows
 // of an application's class are of this type itself.
@@ -32,6 +41,7 @@ public:
     [[nodiscard]] Window* Last_Child() const noexcept { return m_Children.last; }
     [[nodiscard]] Window* Next_Sibling() const noexcept { return m_Next; }
     [[nodiscard]] Window* Previous_Sibling() const noexcept { return m_Previous; }
+    [[nodiscard]] bool Is_Ending() const noexcept { return m_IsEnding; }
     // No longer to be reached by its handle; the object is there for as long as it is in use.
     [[nodiscard]] bool Has_Ended() const noexcept { return m_HasEnded; }
 
@@ -45,10 +55,12 @@ public:
     DWORD m_ExtendedStyle = 0;
     LONG_PTR m_Id = 0;
     LONG_PTR m_UserData = 0;
-    HeapText m_Text;     // null for the empty one
-    RECT m_Place = {};   // with the frame; of a child, from the corner of its parent's inside
+    HeapText m_Text;    // null for the empty one
+    RECT m_Place = {};  // with the frame; of a child, from the corner of its parent's inside
+    ScrollBars m_ScrollBars;
     RECT m_Update = {};  // of the inside, what has to be painted; empty for nothing
     bool m_Erase = false;
+    Surface m_Surface;  // of the inside, what was painted
 
 private:
     friend class ThreadWindows;
@@ -62,6 +74,7 @@ private:
     HWND m_Handle = nullptr;
     bool m_IsChild = false;
     bool m_IsEnding = false;
+    bool m_IsFinishing = false;
     bool m_HasEnded = false;
     unsigned m_Uses = 0;
     Window* m_Parent = nullptr;
@@ -95,7 +108,7 @@ private:
     return window ? window->Handle() : nullptr;
 }
 
-// Hands a message to the window's procedure.
+// Hands a message to the window's procedure. 0 for a window that has ended.
 LRESULT Send(Window& window, UINT message, WPARAM first, LPARAM second) noexcept;
 
 // Tells the parent, if there is one, what happened, as WM_COMMAND.

@@ -2,6 +2,7 @@
 
 #include "error.h"
 #include "rectangle.h"
+#include "scroll_bars.h"
 #include "window_object.h"
 #include "window_update.h"
 
@@ -10,7 +11,6 @@ namespace {
 using rv::Window;
 
 constexpr int kCaptionFrame = 3;
-constexpr int kCaptionHeight = 20;  // with the line below it
 constexpr int kBorder = 1;
 constexpr int kClientEdge = 2;
 
@@ -30,10 +30,7 @@ int Frame_Of(const Window& window) noexcept {
 void Place(Window& window, const RECT& place) noexcept {
     const RECT before = rv::Inside_Of(window);
     window.m_Place = place;
-    const RECT inside = rv::Inside_Of(window);
-    if (inside.right == before.right && inside.bottom == before.bottom) return;
-    rv::Invalidate(window, true);
-    rv::Send(window, WM_SIZE, 0, MAKELPARAM(inside.right, inside.bottom));
+    rv::Tell_Size(window, before);
 }
 
 }  // namespace
@@ -45,8 +42,17 @@ RECT rv::Inside_Of(const Window& window) noexcept {
 
 RECT rv::Inner_Place_Of(const Window& window) noexcept {
     RECT inner = Shrunk(window.m_Place, Frame_Of(window));
-    if (Has_Caption(window)) inner.top += kCaptionHeight;
+    if (Has_Caption(window)) inner.top += rv::kCaptionHeight;
+    if (window.m_ScrollBars.has_vertical) inner.right -= kScrollBar;
+    if (window.m_ScrollBars.has_horizontal) inner.bottom -= kScrollBar;
     return inner;
+}
+
+void rv::Tell_Size(Window& window, const RECT& before) noexcept {
+    const RECT inside = Inside_Of(window);
+    if (inside.right == before.right && inside.bottom == before.bottom) return;
+    Invalidate(window, true);
+    Send(window, WM_SIZE, 0, MAKELPARAM(inside.right, inside.bottom));
 }
 
 POINT rv::Corner_On_Screen(const Window& window) noexcept {

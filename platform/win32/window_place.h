@@ -1,7 +1,7 @@
 // Where windows are, in pixels.
 //
 // A window's inside is what its frame leaves: none by default, one pixel for WS_BORDER, two for
-// WS_EX_CLIENTEDGE, three and a title bar for WS_CAPTION.
+// WS_EX_CLIENTEDGE, three and a title bar for WS_CAPTION; and what scroll bars leave of that.
 #pragma once
 
 #include "../export.h"
@@ -34,11 +34,16 @@ namespace rv {
 
 class Window;
 
+inline constexpr int kCaptionHeight = 20;  // with the line below it
+
 // The inside, whose corner is at 0, 0.
 [[nodiscard]] RECT Inside_Of(const Window& window) noexcept;
 
 // The inside where the window's place is told; it may be less than nothing.
 [[nodiscard]] RECT Inner_Place_Of(const Window& window) noexcept;
+
+// Tells the window's inside, and has it painted anew, where it has another size than before.
+void Tell_Size(Window& window, const RECT& before) noexcept;
 
 // The corner of the inside, on the screen.
 [[nodiscard]] POINT Corner_On_Screen(const Window& window) noexcept;

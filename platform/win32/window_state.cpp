@@ -22,10 +22,11 @@ bool Is_In(const Window* window, const Window& outer) noexcept {
 
 bool Takes_Focus(const Window& window) noexcept {
     const Window* at = &window;
-    for (; at->Is_Child(); at = at->Parent()) {
-        if ((at->m_Style & WS_DISABLED) || !(at->m_Style & WS_VISIBLE)) return false;
+    const auto refuses = [&at] { return at->Is_Ending() || (at->m_Style & WS_DISABLED) != 0; };
+    for (; !refuses() && at->Is_Child(); at = at->Parent()) {
+        if (!(at->m_Style & WS_VISIBLE)) return false;
     }
-    return !(at->m_Style & WS_DISABLED) && !IsIconic(at->Handle());
+    return !refuses() && !IsIconic(at->Handle());
 }
 
 // Gives the handle of the window that had it.
@@ -36,15 +37,15 @@ HWND Move_Focus(Window* window) noexcept {
     HWND const next = rv::Handle_Of(window);
     if (before) rv::Send(*before, WM_KILLFOCUS, reinterpret_cast<WPARAM>(next), 0);
     // What it was told may have moved the focus on, or ended the window.
-    if (window && t_Focus == window)
-        rv::Send(*window, WM_SETFOCUS, reinterpret_cast<WPARAM>(previous), 0);
+    if (t_Focus && t_Focus->Handle() == next)
+        rv::Send(*t_Focus, WM_SETFOCUS, reinterpret_cast<WPARAM>(previous), 0);
     return previous;
 }
 
 void Show_Child(Window& window, bool show) noexcept {
     window.m_Style = show ? window.m_Style | WS_VISIBLE : window.m_Style & ~WS_VISIBLE;
     if (show)
-        rv::Invalidate(window, true);
+        rv::Invalidate_Tree(window);
     else
         rv::Leave_Focus(window, window.Parent());
 }
@@ -90,6 +91,10 @@ void rv::Leave_Focus(Window& window, Window* to) noexcept {
 
 void rv::Enter_Focus(Window& window) noexcept {
     if (!Is_In(t_Focus, window) && Takes_Focus(window)) Move_Focus(&window);
+}
+
+void rv::Forget_Focus(const Window& window) noexcept {
+    if (t_Focus == &window) t_Focus = nullptr;
 }
 
 BOOL IsWindowVisible(HWND window) noexcept {

@@ -39,9 +39,9 @@ RVPLATFORM_API BOOL EnableWindow(HWND window, BOOL enable) noexcept;
 // The window of this thread that has the focus; null for none.
 [[nodiscard]] RVPLATFORM_API HWND GetFocus() noexcept;
 
-// Gives the focus to a window, or to none for null. A window refuses it that is disabled, minimised
-// or a hidden child, or that is inside of such a one. The window that had it gets WM_KILLFOCUS, the
-// other one WM_SETFOCUS, if it has it still.
+// Gives the focus to a window, or to none for null. A window refuses it that is disabled,
+// minimised, a hidden child or about to end, or that is inside of such a one. The window that had
+// it gets WM_KILLFOCUS, the other one WM_SETFOCUS, if it has it still.
 //
 // Gives the window that had it, which may be null; null also when it was refused, or with
 // ERROR_INVALID_WINDOW_HANDLE for what is no window of this thread.
@@ -57,5 +57,8 @@ void Leave_Focus(Window& window, Window* to) noexcept;
 
 // Gives the focus to a window that became active, unless one inside of it has it.
 void Enter_Focus(Window& window) noexcept;
+
+// Nobody has the focus any more that the window had; nobody is told.
+void Forget_Focus(const Window& window) noexcept;
 
 }  // namespace rv

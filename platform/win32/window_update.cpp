@@ -10,10 +10,10 @@ using rv::Window;
 
 // As far as this thread knows, without a look at what all processes share.
 bool Is_Shown(const Window& window) noexcept {
-    const Window* at = &window;
-    while ((at->m_Style & WS_VISIBLE) && at->Is_Child())
+    const Window* at = window.Has_Ended() ? nullptr : &window;
+    while (at && (at->m_Style & WS_VISIBLE) && at->Is_Child())
         at = at->Parent();
-    return (at->m_Style & WS_VISIBLE) != 0;
+    return at && (at->m_Style & WS_VISIBLE);
 }
 
 void Add(Window& window, const RECT& part, bool erase) noexcept {

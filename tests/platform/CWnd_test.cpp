@@ -1,5 +1,6 @@
 // Objects of windows, and which of their operations answer what.
 #include <RVUtils/CButton.h>
+#include <RVUtils/CDC.h>
 #include <RVUtils/CException.h>
 #include <RVUtils/CWinApp.h>
 #include <gtest/gtest.h>
@@ -48,6 +49,11 @@ ON_NOTIFY(21, kId, &ThisClass::On_Notice)
 END_MESSAGE_MAP()
 
 class Base : public CButton {
+public:
+    void DrawItem(DRAWITEMSTRUCT* item) override {
+        g_Calls += "draw" + std::to_string(item->itemID) + " ";
+    }
+
 protected:
     LRESULT On_First(WPARAM first, LPARAM second) {
         g_Calls += "base ";
@@ -85,14 +91,22 @@ protected:
         g_Calls += "reflected ";
         *result = static_cast<LRESULT>(notice->code);
     }
+    HBRUSH CtlColor(CDC* device, UINT kind) {
+        g_Calls += device->m_hDC ? "color" + std::to_string(kind) + " " : "no context ";
+        return m_Brush;
+    }
 
     DECLARE_MESSAGE_MAP()
+
+public:
+    HBRUSH m_Brush = nullptr;
 };
 
 BEGIN_MESSAGE_MAP(Derived, Base)
 ON_MESSAGE(kFirst, &ThisClass::On_Own_First)
 ON_MESSAGE(kThrow, &ThisClass::On_Throw)
 ON_NOTIFY_REFLECT(21, &ThisClass::On_Own_Notice)
+ON_WM_CTLCOLOR_REFLECT()
 END_MESSAGE_MAP()
 
 TEST(CWnd, AnswersByItsMapElseByTheWindowsClass) {
@@ -114,7 +128,23 @@ TEST(CWnd, AnswersByItsMapElseByTheWindowsClass) {
     EXPECT_EQ(Send_Notice(dialog, nullptr, 20), 5);
     EXPECT_EQ(Send(dialog.m_hWnd, WM_NOTIFY), 0);
     Send(button.m_hWnd, BM_CLICK);
-    EXPECT_EQ(std::exchange(g_Calls, ""), "reflected notice notice click ");
+    DRAWITEMSTRUCT item = {};
+    item.hwndItem = button.m_hWnd;
+    item.itemID = 3;
+    EXPECT_EQ(Send(dialog.m_hWnd, WM_DRAWITEM, kId, reinterpret_cast<LPARAM>(&item)), TRUE);
+    EXPECT_EQ(std::exchange(g_Calls, ""), "reflected notice notice click draw3 ");
+
+    const CClientDC device(&button);
+    const auto ask = [&] {
+        return Send(dialog.m_hWnd, WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(device.m_hDC),
+                    reinterpret_cast<LPARAM>(button.m_hWnd));
+    };
+    const LRESULT of_parent = ask();
+    button.m_Brush = CreateSolidBrush(1);
+    EXPECT_NE(of_parent, reinterpret_cast<LRESULT>(button.m_Brush));
+    EXPECT_EQ(ask(), reinterpret_cast<LRESULT>(button.m_Brush));
+    DeleteObject(button.m_Brush);
+    EXPECT_EQ(std::exchange(g_Calls, ""), "color3 color3 ");
 
     EXPECT_TRUE(dialog.DestroyWindow());
     EXPECT_EQ(button.m_hWnd, nullptr);

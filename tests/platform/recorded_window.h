@@ -22,6 +22,33 @@ inline std::string Take_Record() {
 inline LRESULT g_BeforeCreate = TRUE;
 inline LRESULT g_Create = 0;
 
+inline std::string Told_Notice(const NMHDR* notice) {
+    const auto& of_list = *reinterpret_cast<const NMLISTVIEW*>(notice);
+    switch (notice->code) {
+        case LVN_ITEMCHANGING:
+        case LVN_ITEMCHANGED:
+            return (notice->code == LVN_ITEMCHANGED ? "changed" : "changing") +
+                   std::to_string(of_list.iItem) + "/" + std::to_string(of_list.uOldState) + ">" +
+                   std::to_string(of_list.uNewState);
+        case LVN_INSERTITEM:
+            return "insert" + std::to_string(of_list.iItem);
+        case LVN_DELETEITEM:
+            return "delete" + std::to_string(of_list.iItem);
+        case LVN_DELETEALLITEMS:
+            return "delete-all";
+        case LVN_COLUMNCLICK:
+            return "column" + std::to_string(of_list.iSubItem);
+        case HDN_ENDTRACKA:
+            return "tracked";
+        case TCN_SELCHANGING:
+            return "choosing";
+        case TCN_SELCHANGE:
+            return "chosen";
+        default:
+            return {};
+    }
+}
+
 inline std::string Told(UINT message, WPARAM first, LPARAM second) {
     switch (message) {
         case WM_NCCREATE:
@@ -40,10 +67,8 @@ inline std::string Told(UINT message, WPARAM first, LPARAM second) {
             return first ? "enable" : "disable";
         case WM_COMMAND:
             return "command" + std::to_string(LOWORD(first)) + "/" + std::to_string(HIWORD(first));
-        case WM_NOTIFY: {
-            const auto& notice = *reinterpret_cast<const NMHDR*>(second);
-            return "notice" + std::to_string(static_cast<int>(notice.code));
-        }
+        case WM_NOTIFY:
+            return Told_Notice(reinterpret_cast<const NMHDR*>(second));
         default:
             return {};
     }

@@ -40,44 +40,81 @@ TEST(Window, CanRefuseToBeMade) {
     EXPECT_EQ(FindWindowA(kRecordedClass, nullptr), nullptr);
 }
 
-// Ends the window that its user data hold, when it is told the message that its id holds.
+HWND g_Ends, g_Ended;
+UINT g_EndsAt;
+
+// Writes down what it is told, and ends a window when another one is told something, once.
 LRESULT CALLBACK End_Another(HWND window, UINT message, WPARAM first, LPARAM second) {
-    if (message == static_cast<UINT>(GetWindowLongPtrA(window, GWLP_ID)))
-        DestroyWindow(reinterpret_cast<HWND>(GetWindowLongPtrA(window, GWLP_USERDATA)));
+    Record_Message(window, message, first, second);
+    if (window == g_Ends && message == g_EndsAt) {
+        g_Ends = nullptr;
+        DestroyWindow(g_Ended);
+    }
     return DefWindowProcA(window, message, first, second);
 }
 
+#if defined(_WIN32)  // where who asks for the end once more hears of it once more
+constexpr const char* kToldOnce[] = {":gone "};
+#else
+constexpr const char* kToldOnce[] = {":destroy ", ":gone "};
+#endif
+
 TEST(Window, CanEndAnyWindowWhileOneIsToldSomething) {
-    enum Who { kTop, kFirst, kInFirst, kSecond };
+    enum Who { kTop, kFirst, kInFirst, kSecond, kPopup, kNumber };
     const struct {
         const char* why;
+        Who asked;  // to set a text, or to end
         UINT message;
         Who ends, ended;
     } kRows[] = {
-        {"itself in a message", WM_SETTEXT, kFirst, kFirst},
-        {"its parent in a message", WM_SETTEXT, kInFirst, kTop},
-        {"itself while it ends", WM_DESTROY, kTop, kTop},
-        {"a child while it ends", WM_DESTROY, kTop, kFirst},
-        {"the parent while it ends", WM_DESTROY, kInFirst, kTop},
-        {"a window that is next", WM_DESTROY, kInFirst, kSecond},
-        {"a window that was told", WM_DESTROY, kSecond, kFirst},
+        {"itself in a message", kFirst, WM_SETTEXT, kFirst, kFirst},
+        {"its parent in a message", kInFirst, WM_SETTEXT, kInFirst, kTop},
+        {"itself while it ends", kTop, WM_DESTROY, kTop, kTop},
+        {"a child while it ends", kTop, WM_DESTROY, kTop, kFirst},
+        {"the parent while all ends", kTop, WM_DESTROY, kInFirst, kTop},
+        {"the parent while it ends", kInFirst, WM_DESTROY, kInFirst, kTop},
+        {"an outer one while two end", kFirst, WM_DESTROY, kInFirst, kTop},
+        {"the parent at its very end", kInFirst, WM_NCDESTROY, kInFirst, kTop},
+        {"an outer one at a child's end", kFirst, WM_NCDESTROY, kInFirst, kTop},
+        {"a window that is next", kTop, WM_DESTROY, kInFirst, kSecond},
+        {"a window that was told", kTop, WM_DESTROY, kSecond, kFirst},
+        {"its owner while it ends", kPopup, WM_DESTROY, kPopup, kTop},
+        {"its owner at its very end", kPopup, WM_NCDESTROY, kPopup, kTop},
+        {"itself as it loses the focus", kSecond, WM_KILLFOCUS, kSecond, kSecond},
+        {"its parent as it loses the focus", kSecond, WM_KILLFOCUS, kSecond, kTop},
     };
     for (const auto& row : kRows) {
         const RecordedTop outer;
-        HWND windows[4] = {Make_Recorded(kChild, outer, 2)};
-        windows[kFirst] = Make_Recorded(kChild, windows[kTop], 3);
-        windows[kInFirst] = Make_Recorded(kChild, windows[kFirst], 4);
-        windows[kSecond] = Make_Recorded(kChild, windows[kTop], 5);
-        HWND const ends = windows[row.ends];
-        SetWindowLongPtrA(ends, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&End_Another));
-        SetWindowLongPtrA(ends, GWLP_ID, row.message);
-        SetWindowLongPtrA(ends, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(windows[row.ended]));
-        SetWindowTextA(ends, "another");
-        EXPECT_EQ(IsWindow(windows[row.ended]) == FALSE, row.message == WM_SETTEXT) << row.why;
-        DestroyWindow(windows[kTop]);
+        HWND windows[kNumber] = {Make_Recorded(WS_POPUP | WS_VISIBLE, outer, kTop)};
+        windows[kFirst] = Make_Recorded(kChild, windows[kTop], kFirst);
+        windows[kInFirst] = Make_Recorded(kChild, windows[kFirst], kInFirst);
+        windows[kSecond] = Make_Recorded(kChild, windows[kTop], kSecond);
+        windows[kPopup] = Make_Recorded(WS_POPUP, windows[kTop], kPopup);
         for (HWND const window : windows)
-            EXPECT_FALSE(IsWindow(window)) << row.why;
+            SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&End_Another));
+        SetFocus(windows[kSecond]);
+        Take_Record();
+        g_Ends = windows[row.ends];
+        g_EndsAt = row.message;
+        g_Ended = windows[row.ended];
+        if (row.message == WM_SETTEXT)
+            SetWindowTextA(windows[row.asked], "another");
+        else
+            DestroyWindow(windows[row.asked]);
+        EXPECT_FALSE(IsWindow(windows[row.asked]) || IsWindow(windows[row.ended])) << row.why;
+        DestroyWindow(windows[kTop]);
+        const std::string record = Take_Record().append(" ").insert(0, 1, ' ');
+        for (int who = 0; who < kNumber; ++who) {
+            EXPECT_FALSE(IsWindow(windows[who])) << row.why;
+            for (const char* end : kToldOnce) {
+                const std::string told = std::to_string(who).append(end).insert(0, 1, ' ');
+                const std::size_t at = record.find(told);
+                ASSERT_NE(at, std::string::npos) << row.why << told;
+                EXPECT_EQ(record.find(told, at + 1), std::string::npos) << row.why << told;
+            }
+        }
         EXPECT_TRUE(IsWindow(outer)) << row.why;
+        EXPECT_EQ(GetFocus() && !IsWindow(GetFocus()), false) << row.why;
     }
 }
 

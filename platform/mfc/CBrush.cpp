@@ -1,0 +1,7 @@
+#include "CBrush.h"
+
+CBrush::~CBrush() = default;
+
+BOOL CBrush::CreateSolidBrush(COLORREF color) noexcept {
+    return !m_hObject && Attach(::CreateSolidBrush(color));
+}
