@@ -13,6 +13,7 @@
 #endif
 #include <windows.h>
 // The headers of its parts follow the Windows one.
+#include <comcat.h>
 #include <commctrl.h>
 #include <direct.h>
 #include <oleauto.h>
