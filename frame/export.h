@@ -26,3 +26,9 @@
 #else
 #define ZORLANGMGR_API RV_IMPORT
 #endif
+
+#if defined(RVSettings_EXPORTS)
+#define RVSETTINGS_API RV_EXPORT
+#else
+#define RVSETTINGS_API RV_IMPORT
+#endif

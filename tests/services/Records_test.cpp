@@ -2,17 +2,22 @@
 #include <RVUtils/CAtlException.h>
 #include <RVUtils/RVAppInfo.h>
 #include <RVUtils/RVMasterSettings.h>
+#include <RVUtils/RVRegTool.h>
 #include <RVUtils/RVbsuErrorLog.h>
+#include <RVUtils/SuiteConstants.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <cwchar>
 #include <iterator>
 #include <memory>
 #include <numeric>
+#include <string>
 
 #include "allocation_sweep.h"
 #include "owning_variants.h"
+#include "test_registry.h"
 
 namespace {
 
@@ -116,6 +121,53 @@ TEST(RVMasterSettings, TellExhaustedMemoryByItsException) {
             EXPECT_EQ(target.m_Value.scode, E_OUTOFMEMORY);
         }
     });
+}
+
+TEST(RVRegTool, ReadsTextsAndNumbersOfASection) {
+    using namespace std::string_literals;
+    constexpr char kPath[] = "Software\\rv_test";
+    const rv_test::TestRegistry registry(HKEY_CURRENT_USER, kPath);
+    const rv_test::TestKey key(HKEY_CURRENT_USER, kPath),
+        section(key.handle, "Application Settings");
+    const struct {
+        const char* name;
+        DWORD type;
+        std::string data;
+        const char* text;  // "before" where it is not read
+    } kRows[] = {
+        {"AppPath", REG_SZ, "C:\\a directory\\of some length\0"s,
+         "C:\\a directory\\of some length"},
+        {"LriPath", REG_EXPAND_SZ, "%TEMP%\\x\0"s, "%TEMP%\\x"},
+        {"empty", REG_SZ, "\0"s, ""},
+        {"two texts", REG_SZ, "a\0b\0"s, "a"},
+        {"number", REG_DWORD, "\xFF\xFF\xFF\xFF", "4294967295"},
+        {"short number", REG_DWORD, "\1", "before"},
+        {"bytes", REG_BINARY, "abc", "before"},
+    };
+    RVRegTool tool(HKEY_CURRENT_USER, kPath);
+    for (const auto& row : kRows) {
+        section.Set(row.name, row.type, row.data);
+        RVRegTool copy(tool);
+        RVString text("before");
+        EXPECT_EQ(copy.Get_Value(row.name, "Application Settings", text, 1), row.text != "before"s);
+        EXPECT_EQ(text, row.text) << row.name;
+        EXPECT_STREQ(copy.m_Fixed_Text, row.name);
+        tool = copy;
+        EXPECT_EQ(tool.m_Flag, row.text != "before"s);
+        EXPECT_TRUE(std::ranges::equal(tool.m_Fixed_Text, copy.m_Fixed_Text));
+    }
+    const RVString long_name(CString('n', 200));
+    RVString text;
+    EXPECT_FALSE(tool.Get_Value(long_name, "none", text, 1));
+    EXPECT_EQ(std::strlen(tool.m_Fixed_Text), 128U);
+    EXPECT_EQ(tool.m_Third, ULONG{ERROR_FILE_NOT_FOUND});
+    EXPECT_FALSE(RVRegTool(key.handle, "none").Get_Value("AppPath", "", text, 1));
+    EXPECT_TRUE(RVRegTool(key.handle, "").Get_Value("AppPath", rv::kApplicationSettings, text, 1));
+    EXPECT_TRUE(RVRegTool(section.handle, "").Get_Value("AppPath", "", text, 1));
+    EXPECT_EQ(text, kRows[0].text);
+    EXPECT_GE(rv_test::Sweep_Exceptions(
+                  [&] { EXPECT_TRUE(tool.Get_Value("AppPath", "Application Settings", text, 1)); }),
+              3);
 }
 
 }  // namespace
