@@ -18,7 +18,7 @@
 //     }
 //
 // Levels are separated by what the platform says: the backslash on Windows, on Linux also the
-// slash (see paths.h). A directory in the network is one that begins with two backslashes. The
+// slash (see path.h). A directory in the network is one that begins with two backslashes. The
 // current directory may have 259 bytes, in a path that is handed in the levels 259, the last one
 // 259 up to its last point and 255 from there; where a path has more, the operation fails.
 //

@@ -3,9 +3,11 @@
 #include <RVUtils/RVMutex.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <future>
 #include <optional>
 #include <random>
+#include <thread>
 #include <vector>
 
 #include "allocation_sweep.h"
@@ -91,7 +93,7 @@ bool All_Go_On(Arena& arena, const std::vector<ULONG>& before) {
     for (std::size_t at = 0; at < before.size(); ++at) {
         while (arena.entered[at] == before[at]) {
             if (std::chrono::steady_clock::now() > end) return false;
-            std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
         }
     }
     return true;
