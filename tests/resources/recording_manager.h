@@ -22,6 +22,7 @@ struct Recording {
     std::set<std::pair<std::string, unsigned short>> languages;  // by directory; "*" is each one
     std::map<std::pair<ULONG, ULONG>, std::string> texts;
     std::map<ULONG, void*> images;
+    std::map<std::string, std::string> registry;  // by "SECTION/NAME"
     unsigned short user = 0x407;
     unsigned short system = 0x40C;
     bool knows_messages = false;
