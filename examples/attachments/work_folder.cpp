@@ -39,7 +39,7 @@ std::string Random_Name() {
 fs::path Make_Private_Folder(const fs::path& parent) {
     std::error_code error;
     for (;;) {
-        const fs::path path = parent / Random_Name();
+        fs::path path = parent / Random_Name();
         const bool made = fs::create_directory(path, error);
         if (error) Refuse(parent, error.message());
         if (!made) continue;
