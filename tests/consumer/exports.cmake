@@ -3,11 +3,12 @@
 #     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
 
 set(prefix "vtable for |typeinfo for |typeinfo name for |(unsigned )?int ")
-set(classes RVAppInfo RVButton RVCmdLineInfo RVDateTime RVDirMgr RVDwordCrossRef RVEditingStatus
-  RVGUIDNode RVMasterSettings RVMutex RVNameCache RVResourceLoader RVSharedMemory RVStringPacker
-  RVVariant RVWaitCursor RVXmlParser RVbsuErrorLog)
+set(classes RVAppInfo RVButton RVCmdLineInfo RVColorCellCtrl RVDateTime RVDirMgr RVDwordCrossRef RVEditingStatus
+  RVGUIDNode RVListBox RVListCtrl RVMasterSettings RVMutex RVNameCache RVRegCategory RVRegTool
+  RVResourceLoader RVSharedMemory RVStatic RVStringPacker RVVariant RVWaitCursor RVXmlParser RVbsuErrorLog)
 set(functions pBase64_ pCombine_File_Path pFind_Running_Instance pGet_App_Data_Path
-  pSQL_Double_To_String "(HashKey|CompareElements)<RVGUIDNode")
+  pGet_Tab_Ctrl_Data "p(Init|Cleanup)_Language_Support" pHandle_Language_Message pIs_Push_Button
+  pSet_Dialog_Focus pSQL_Double_To_String "(HashKey|CompareElements)<RVGUIDNode")
 list(JOIN classes "|" classes)
 list(JOIN functions "|" functions)
 # What a DLL shows beside them: the types that it catches, whose descriptions every module has.
