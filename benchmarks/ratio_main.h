@@ -2,8 +2,8 @@
 // table.
 //
 // A benchmark is registered with Google Benchmark under "<work>/ours" or "<work>/<peer>", with its
-// bytes or its items processed set. The contenders of one work are run in turn, three times over, and the
-// medians are compared.
+// bytes or its items processed set. The contenders of one work are run in turn, three times over,
+// and the medians are compared.
 #pragma once
 
 #include <functional>

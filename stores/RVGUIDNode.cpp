@@ -49,11 +49,11 @@ int RVGUIDNode::operator==(const RVGUIDNode& other) const noexcept {
 }
 
 template <>
-UINT HashKey<RVGUIDNode&>(RVGUIDNode& node) {
-    return rv::GUIDNodeHash::Of(node);
+UINT HashKey<RVGUIDNode&>(RVGUIDNode& key) {
+    return rv::GUIDNodeHash::Of(key);
 }
 
 template <>
-BOOL CompareElements<RVGUIDNode, RVGUIDNode>(const RVGUIDNode* left, const RVGUIDNode* right) {
-    return IsEqualGUID(left->Get_GUID(), right->Get_GUID());
+BOOL CompareElements<RVGUIDNode, RVGUIDNode>(const RVGUIDNode* element, const RVGUIDNode* wanted) {
+    return IsEqualGUID(element->Get_GUID(), wanted->Get_GUID());
 }

@@ -47,9 +47,9 @@ private:
 
 // The hash of the GUID's text: from 0, times 33 and plus the character, in 32 bits.
 template <>
-RVUTILS_API UINT HashKey<RVGUIDNode&>(RVGUIDNode& node);
+RVUTILS_API UINT HashKey<RVGUIDNode&>(RVGUIDNode& key);
 
 // 1 when the GUIDs are equal, else 0.
 template <>
-RVUTILS_API BOOL CompareElements<RVGUIDNode, RVGUIDNode>(const RVGUIDNode* left,
-                                                         const RVGUIDNode* right);
+RVUTILS_API BOOL CompareElements<RVGUIDNode, RVGUIDNode>(const RVGUIDNode* element,
+                                                         const RVGUIDNode* wanted);

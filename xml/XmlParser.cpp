@@ -93,7 +93,7 @@ void RVXmlParser::Reset() noexcept {
 bool RVXmlParser::Load_Text(const RVString& document) {
     Clear();
     const int length = document.GetLength();
-    m_Items.reset(new rv::XmlItems(Text_Block(length)));
+    m_Items = std::make_unique<rv::XmlItems>(Text_Block(length));
     // No value is longer than the document, and all of them together are not either.
     if (length >= 10) {
         try {
@@ -118,7 +118,7 @@ bool RVXmlParser::Load_File(const RVString& reference) {
         rv::Report_Xml_Error(25, __LINE__);
         return false;
     }
-    m_Items.reset(new rv::XmlItems(kFile_Block));
+    m_Items = std::make_unique<rv::XmlItems>(kFile_Block);
     if (const ULONGLONG length = file.GetLength(); length > 0) {
         rv::XmlFileSource source(file);
         if (!Load(source)) return false;

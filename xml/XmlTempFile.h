@@ -16,8 +16,8 @@ public:
     XmlTempFile& operator=(const XmlTempFile&) = delete;
     ~XmlTempFile() { Discard(); }
 
-    // Creates the file under a name that nobody else has. False: it cannot be; reported is only that
-    // no name can be had.
+    // Creates the file under a name that nobody else has. False: it cannot be; reported is only
+    // that no name can be had.
     [[nodiscard]] bool Create();
     // Whether the temporary directory can be had; reports nothing.
     [[nodiscard]] static bool Directory_Exists();
