@@ -1,4 +1,5 @@
 # Lays the compiler's run-time libraries beside the programs, where Windows looks for them first.
+set(RVUTILS_COMPILER_LIBRARIES)
 foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
                   OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -9,4 +10,5 @@ foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
     set(path ${path_of_${name}})
   endif()
   file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} FOLLOW_SYMLINK_CHAIN)
+  list(APPEND RVUTILS_COMPILER_LIBRARIES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name})
 endforeach()

@@ -1,5 +1,9 @@
 # Resources on every platform, for the library and for applications alike.
 
+if(WIN32)
+  enable_language(RC)
+endif()
+
 # Where a cross build cannot run the resource compiler that it makes, this one serves.
 set(RVUTILS_RESOURCE_COMPILER "" CACHE FILEPATH "Resource compiler of the build machine")
 
@@ -44,7 +48,6 @@ function(rvutils_add_resources target script)
 endfunction()
 
 function(rvutils_compile_resources_on_windows target script)
-  enable_language(RC)
   cmake_path(GET script PARENT_PATH folder)
   # CMake knows of no file behind a script; those that it names stand beside it.
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${script})

@@ -12,7 +12,11 @@ function(rvutils_add_library name)
   add_library(RVUtils::${name} ALIAS ${name})
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_link_libraries(${name} PRIVATE rvutils_warnings)
-  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${RVUTILS_INCLUDE_DIR}>)
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${RVUTILS_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH $ORIGIN)
+  set_property(GLOBAL APPEND PROPERTY RVUTILS_LIBRARIES ${name})
   if(WIN32)
     # One file name on every platform: RVUtils.dll, not libRVUtils.dll.
     set_target_properties(${name} PROPERTIES PREFIX "")
