@@ -16,6 +16,11 @@ std::string Text_Of(const std::tm& local) {
     return text + std::string(local.tm_isdst > 0 ? " summer" : "");
 }
 
+#if !defined(_WIN32)
+// An hour ahead, but for a month of spring.
+constexpr char kOneMonthBack[] = "<+01>-1<+00>0,M3.2.0/3,M4.2.0/2";
+#endif
+
 TEST(LocalTime, FollowsTheZoneOfTheProcessBothWays) {
     constexpr struct {
         const char* why;
@@ -52,8 +57,8 @@ TEST(LocalTime, FollowsTheZoneOfTheProcessBothWays) {
          1729992600, "2024-10-27 01:30:00", 1729989000},
         {"hour before summer, by another standard time", "America/Juneau", 32400, 294226200,
          "1979-04-29 01:30:00"},
-        {"one month is the exception", "Africa/Casablanca", 0, 1710936000, "2024-03-20 12:00:00"},
-        {"the rest of the year", "Africa/Casablanca", 0, 1719831600, "2024-07-01 12:00:00 summer"},
+        {"one month is the exception", kOneMonthBack, 0, 1710936000, "2024-03-20 12:00:00"},
+        {"the rest of the year", kOneMonthBack, 0, 1719831600, "2024-07-01 12:00:00 summer"},
         {"offset of 45 minutes", "Asia/Kathmandu", -20700, 1719771300, "2024-07-01 00:00:00"},
         {"another offset in former years", "Asia/Kathmandu", -20700, 504901740,
          "1985-12-31 23:59:00"},
