@@ -100,6 +100,25 @@ struct RVListCtrl::Sort {
     Sort& operator=(const Sort&) = delete;
     ~Sort() { list.m_Sort = nullptr; }
 
+    struct Row {
+        LPARAM data;
+        int text;
+    };
+    // What it throws must not pass through the system's sort.
+    int Ask_Callback(const Row& first, const Row& second) noexcept {
+        try {
+            int column;
+            bool unused;
+            list.Get_Column_Sort(column, unused);
+            return callback(column, texts.Text_Of(first.text), static_cast<LONG>(first.data),
+                            texts.Text_Of(second.text), static_cast<LONG>(second.data),
+                            list.m_Callback_Value);
+        } catch (...) {
+            thrown = std::current_exception();
+            return 0;
+        }
+    }
+
     RVListCtrl& list;
     const Sort_Callback callback;
     rv::SortTexts texts;
@@ -184,26 +203,13 @@ int RVListCtrl::Compare(LPARAM first, LPARAM second, LPARAM list) noexcept {
     const RVListCtrl& self = *reinterpret_cast<const RVListCtrl*>(list);
     Sort* const sort = self.m_Sort;
     if (!sort || sort->thrown) return 0;
-    const auto* const left = sort->texts.Find(first);
-    const auto* const right = sort->texts.Find(second);
-    if (!left || !right) return 0;
-    int column, order = 0;
-    bool ascending;
-    self.Get_Column_Sort(column, ascending);
-    if (!sort->callback) {
-        order = sort->texts.Compare(*left, *right);
-    } else {
-        try {
-            order = sort->callback(column, sort->texts.Text_Of(*left), static_cast<LONG>(first),
-                                   sort->texts.Text_Of(*right), static_cast<LONG>(second),
-                                   self.m_Callback_Value);
-        } catch (...) {
-            // It must not pass through the system's sort.
-            sort->thrown = std::current_exception();
-        }
-    }
+    const int left = sort->texts.Find(first);
+    const int right = sort->texts.Find(second);
+    if (left < 0 || right < 0) return 0;
+    const int order =
+        sort->callback ? sort->Ask_Callback({first, left}, {second, right}) : left - right;
     const int sign = order < 0 ? -1 : order > 0;
-    return ascending ? sign : -sign;
+    return self.m_Sort_State > 0 ? sign : -sign;
 }
 
 void RVListCtrl::Renew_Selection() {

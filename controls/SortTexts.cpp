@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <string_view>
-#include <utility>
+#include <numeric>
 
 namespace rv {
 
@@ -12,11 +11,11 @@ namespace {
 constexpr std::size_t kMostPlacesARow = 4;
 constexpr std::size_t kLeadBytes = 8;
 
-// The eight bytes at `bytes` as a number that orders as they do; bytes behind the end count as 0.
-std::uint64_t Lead(const char* bytes, std::size_t length) noexcept {
+// The first eight bytes as a number that orders as they do; bytes behind the end count as 0.
+std::uint64_t Lead_Of(std::string_view text) noexcept {
     std::uint64_t lead = 0;
     for (std::size_t at = 0; at < kLeadBytes; ++at)
-        lead = lead << 8 | (at < length ? static_cast<unsigned char>(bytes[at]) : 0U);
+        lead = lead << 8 | (at < text.size() ? static_cast<unsigned char>(text[at]) : 0U);
     return lead;
 }
 
@@ -27,32 +26,68 @@ void SortTexts::Add(LPARAM data, CString& text) {
     const char* const bytes = text.GetString();
     const std::size_t offset = m_Bytes.size();
     m_Bytes.insert(m_Bytes.end(), bytes, bytes + text.GetLength());
-    m_Entries.push_back({0, data, offset, text.GetLength()});
+    m_Entries.push_back({data, offset, text.GetLength()});
 }
 
 void SortTexts::Finish() {
     if (m_Entries.empty()) return;
-    if (m_Folded) Set_Leads();
+    const Vector<int> numbers = Numbers_By_Row();
     const std::size_t places = Set_Scale();
-    const Vector<Entry> rows = std::exchange(m_Entries, {});
-    m_Entries.resize(places, kFree);
-    for (const Entry& row : rows)
-        m_Entries[Place_Of(row.data)] = row;
+    m_Numbers.resize(places, kFree);
+    if (m_Hash_Bits != 0) m_Data.resize(places);
+    for (std::size_t row = 0; row < m_Entries.size(); ++row) {
+        const LPARAM data = m_Entries[row].data;
+        const std::size_t place = Place_Of(data);
+        m_Numbers[place] = numbers[row];
+        if (m_Hash_Bits != 0) m_Data[place] = data;
+    }
 }
 
-void SortTexts::Set_Leads() noexcept {
-    const Entry& first = m_Entries.front();
-    const char* const common = m_Bytes.data() + first.offset;
-    m_Common = static_cast<std::size_t>(first.length);
-    for (const Entry& entry : m_Entries) {
-        const char* const bytes = m_Bytes.data() + entry.offset;
-        const std::size_t most = std::min(m_Common, static_cast<std::size_t>(entry.length));
-        m_Common =
-            static_cast<std::size_t>(std::mismatch(common, common + most, bytes).first - common);
+// Sorting once by what is at hand costs less than looking texts up for each comparison.
+SortTexts::Vector<int> SortTexts::Numbers_By_Row() const {
+    Vector<int> numbers(m_Entries.size());
+    if (!m_Folded) {
+        std::iota(numbers.begin(), numbers.end(), 0);
+        return numbers;
     }
-    for (Entry& entry : m_Entries)
-        entry.lead = Lead(m_Bytes.data() + entry.offset + m_Common,
-                          static_cast<std::size_t>(entry.length) - m_Common);
+    const std::size_t common = Common_Length();
+    const Vector<Key> keys = Sorted_Keys(common);
+    int number = 0;
+    for (std::size_t at = 1; at < keys.size(); ++at) {
+        const Key &before = keys[at - 1], &key = keys[at];
+        if (key.lead != before.lead || Rest_Of(key.row, common) != Rest_Of(before.row, common))
+            ++number;
+        numbers[key.row] = number;
+    }
+    return numbers;
+}
+
+// How many bytes all texts begin with alike.
+std::size_t SortTexts::Common_Length() const noexcept {
+    std::string_view common = Rest_Of(0, 0);
+    for (std::size_t row = 1; row < m_Entries.size(); ++row) {
+        const std::string_view text = Rest_Of(row, 0);
+        const auto ends = std::mismatch(common.begin(), common.end(), text.begin(), text.end());
+        common = {common.begin(), ends.first};
+    }
+    return common.size();
+}
+
+SortTexts::Vector<SortTexts::Key> SortTexts::Sorted_Keys(std::size_t common) const {
+    Vector<Key> keys(m_Entries.size());
+    for (std::size_t row = 0; row < keys.size(); ++row)
+        keys[row] = {Lead_Of(Rest_Of(row, common)), row};
+    std::sort(keys.begin(), keys.end(), [&](const Key& left, const Key& right) {
+        if (left.lead != right.lead) return left.lead < right.lead;
+        return Rest_Of(left.row, common) < Rest_Of(right.row, common);
+    });
+    return keys;
+}
+
+std::string_view SortTexts::Rest_Of(std::size_t row, std::size_t common) const noexcept {
+    const Entry& entry = m_Entries[row];
+    return {m_Bytes.data() + entry.offset + common,
+            static_cast<std::size_t>(entry.length) - common};
 }
 
 // Gives the number of places.
@@ -73,38 +108,19 @@ std::size_t SortTexts::Set_Scale() noexcept {
     return std::size_t{1} << m_Hash_Bits;
 }
 
-// Where the item data stand, or would stand; behind the end for what can have no place.
-std::size_t SortTexts::Place_Of(LPARAM data) const noexcept {
+// Where the item data stand, or would stand. After the places have been made.
+std::size_t SortTexts::Hashed_Place_Of(LPARAM data) const noexcept {
     const std::uint64_t distance = static_cast<std::uint64_t>(data) - m_Least;
-    if (m_Hash_Bits == 0) {
-        const std::uint64_t place = std::rotr(distance, m_Unit_Bits);
-        return static_cast<std::size_t>(std::min<std::uint64_t>(place, m_Entries.size()));
-    }
     // By the golden ratio, which spreads neighbours evenly.
     std::size_t place = distance * std::uint64_t{0x9E3779B97F4A7C15} >> (64 - m_Hash_Bits);
-    while (m_Entries[place].length >= 0 && m_Entries[place].data != data)
-        place = (place + 1) & (m_Entries.size() - 1);
+    while (m_Numbers[place] >= 0 && m_Data[place] != data)
+        place = (place + 1) & (m_Numbers.size() - 1);
     return place;
 }
 
-const SortTexts::Entry* SortTexts::Find(LPARAM data) const noexcept {
-    if (m_Entries.empty()) return nullptr;
-    const std::size_t place = Place_Of(data);
-    const bool found = place < m_Entries.size() && m_Entries[place].length >= 0;
-    return found ? &m_Entries[place] : nullptr;
-}
-
-CString SortTexts::Text_Of(const Entry& entry) const {
+CString SortTexts::Text_Of(int number) const {
+    const Entry& entry = m_Entries[static_cast<std::size_t>(number)];
     return {m_Bytes.data() + entry.offset, entry.length};
-}
-
-int SortTexts::Compare(const Entry& left, const Entry& right) const noexcept {
-    if (left.lead != right.lead) return left.lead < right.lead ? -1 : 1;
-    const auto rest = static_cast<std::size_t>(std::min(left.length, right.length)) - m_Common;
-    const std::string_view left_rest(m_Bytes.data() + left.offset + m_Common, rest);
-    const std::string_view right_rest(m_Bytes.data() + right.offset + m_Common, rest);
-    if (const int order = left_rest.compare(right_rest); order != 0) return order < 0 ? -1 : 1;
-    return left.length < right.length ? -1 : left.length > right.length;
 }
 
 }  // namespace rv

@@ -1,8 +1,10 @@
 // The texts that rows are sorted by.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "../platform/mfc/Allocation.h"
@@ -14,14 +16,7 @@ namespace rv {
 // CMemoryException*.
 class SortTexts {
 public:
-    struct Entry {
-        std::uint64_t lead;  // orders most texts, see Compare
-        LPARAM data;
-        std::size_t offset;
-        int length;  // below 0: the place is free
-    };
-
-    // `folded`: texts are kept as Compare wants them, else as they are.
+    // `folded`: texts are kept as the order without case wants them, else as they are.
     explicit SortTexts(bool folded) noexcept : m_Folded(folded) {}
 
     void Reserve(std::size_t count) { m_Entries.reserve(count); }
@@ -30,26 +25,50 @@ public:
     // Ends the adding. Of rows with the same item data the last one counts.
     void Finish();
 
-    // Null for item data that are not there. After Finish.
-    const Entry* Find(LPARAM data) const noexcept;
-    CString Text_Of(const Entry& entry) const;
-    // As CString::CompareNoCase; of folded texts, after Finish.
-    int Compare(const Entry& left, const Entry& right) const noexcept;
+    // The number of a text; below 0 for item data that are not there. Numbers of folded texts order
+    // as CString::CompareNoCase orders the texts. After Finish.
+    int Find(LPARAM data) const noexcept {
+        const std::size_t place = Place_Of(data);
+        return place < m_Numbers.size() ? m_Numbers[place] : kFree;
+    }
+    // The text with that number, unless texts are folded.
+    CString Text_Of(int number) const;
 
 private:
     template <class T>
     using Vector = std::vector<T, HeapAllocator<T>>;
 
-    static constexpr Entry kFree = {0, 0, 0, -1};
+    struct Entry {
+        LPARAM data;
+        std::size_t offset;
+        int length;
+    };
 
-    void Set_Leads() noexcept;
+    // What tells most texts from each other, beside what it is of.
+    struct Key {
+        std::uint64_t lead;
+        std::size_t row;
+    };
+
+    static constexpr int kFree = -1;
+
+    Vector<int> Numbers_By_Row() const;
+    std::size_t Common_Length() const noexcept;
+    Vector<Key> Sorted_Keys(std::size_t common) const;
+    std::string_view Rest_Of(std::size_t row, std::size_t common) const noexcept;
     std::size_t Set_Scale() noexcept;
-    std::size_t Place_Of(LPARAM data) const noexcept;
+    std::size_t Hashed_Place_Of(LPARAM data) const noexcept;
+    // Beyond the places for what has none.
+    std::size_t Place_Of(LPARAM data) const noexcept {
+        if (m_Hash_Bits != 0) return Hashed_Place_Of(data);
+        return std::rotr(static_cast<std::uint64_t>(data) - m_Least, m_Unit_Bits);
+    }
 
     const bool m_Folded;
     Vector<char> m_Bytes;
-    Vector<Entry> m_Entries;   // by row until Finish, then by place
-    std::size_t m_Common = 0;  // how many bytes all texts begin with alike
+    Vector<Entry> m_Entries;  // by row
+    Vector<int> m_Numbers;    // by place
+    Vector<LPARAM> m_Data;    // by place, where places are found by a hash
 
     // Item data are mostly numbers close together, or addresses, and then multiples of something:
     // the place is the distance to the least of them in units of that. Else a hash finds it.
