@@ -8,8 +8,6 @@
 
 namespace {
 
-thread_local WindowMap t_Objects;
-
 // The objects of windows that nobody has made one for.
 class PlainObjects {
 public:
@@ -36,36 +34,65 @@ private:
     unsigned m_Made = 0;
 };
 
-// The message that this thread answers, for Default.
 struct Message {
     UINT message;
     WPARAM first;
     LPARAM second;
 };
-thread_local Message t_Current;
+constexpr Message kNoMessage = {};
+
+// One record, so that it is looked up once.
+struct ThreadState {
+    WindowMap objects;
+    const Message* answered = &kNoMessage;  // for Default
+};
+constinit thread_local ThreadState t_State = {};
 
 class AnsweredMessage {
 public:
-    explicit AnsweredMessage(const Message& message)
-        : m_Before(std::exchange(t_Current, message)) {}
+    AnsweredMessage(ThreadState& state, UINT message, WPARAM first, LPARAM second)
+        : m_State(state),
+          m_Message{message, first, second},
+          m_Before(std::exchange(state.answered, &m_Message)) {}
     AnsweredMessage(const AnsweredMessage&) = delete;
     AnsweredMessage& operator=(const AnsweredMessage&) = delete;
-    ~AnsweredMessage() { t_Current = m_Before; }
+    ~AnsweredMessage() { m_State.answered = m_Before; }
 
 private:
-    const Message m_Before;
+    ThreadState& m_State;
+    const Message m_Message;
+    const Message* const m_Before;
 };
 
 bool Is_Color_Question(UINT message) {
     return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC;
 }
 
-// The child that a message to its parent is about; null for any other message.
+bool Is_About_Child(UINT message) {
+    return message == WM_NOTIFY || message == WM_COMMAND || message == WM_DRAWITEM ||
+           Is_Color_Question(message);
+}
+
+// The child that a message to its parent is about, or null.
 HWND Child_Of(UINT message, LPARAM second) {
     if (Is_Color_Question(message) || message == WM_COMMAND) return reinterpret_cast<HWND>(second);
     if (!second) return nullptr;
     if (message == WM_NOTIFY) return reinterpret_cast<const NMHDR*>(second)->hwndFrom;
-    if (message == WM_DRAWITEM) return reinterpret_cast<const DRAWITEMSTRUCT*>(second)->hwndItem;
+    return reinterpret_cast<const DRAWITEMSTRUCT*>(second)->hwndItem;
+}
+
+// One bit; the golden ratio spreads neighbours.
+std::uint64_t Kind_Of(const AFX_MSGMAP_ENTRY& entry) {
+    return std::uint64_t{1} << ((entry.nMessage + 31 * entry.nCode) * 0x9E3779B9U >> 26);
+}
+
+// The first entry of the map and its bases that `is_wanted` holds true for, or null.
+template <class Predicate>
+const AFX_MSGMAP_ENTRY* Find_Entry(const AFX_MSGMAP* map, Predicate is_wanted) {
+    for (; map; map = map->pfnGetBaseMap ? map->pfnGetBaseMap() : nullptr) {
+        for (const AFX_MSGMAP_ENTRY* entry = map->lpEntries; entry->nMessage; ++entry)
+            if (is_wanted(*entry)) return entry;
+    }
     return nullptr;
 }
 
@@ -85,7 +112,7 @@ CWnd* CWnd::FromHandle(HWND window) {
 }
 
 CWnd* CWnd::FromHandlePermanent(HWND window) noexcept {
-    return window ? t_Objects.Find(window) : nullptr;
+    return window ? t_State.objects.Find(window) : nullptr;
 }
 
 BOOL CWnd::CreateEx(DWORD extended_style, const char* class_name, const char* text, DWORD style,
@@ -110,10 +137,10 @@ BOOL CWnd::DestroyWindow() {
 }
 
 BOOL CWnd::Attach(HWND window) noexcept {
-    if (::IsWindow(m_hWnd) || !::IsWindow(window) || t_Objects.Find(window)) return FALSE;
+    if (::IsWindow(m_hWnd) || !::IsWindow(window) || t_State.objects.Find(window)) return FALSE;
     Forget();
     m_hWnd = window;
-    t_Objects.Add(*this);
+    t_State.objects.Add(*this);
     return TRUE;
 }
 
@@ -126,7 +153,7 @@ HWND CWnd::Detach() noexcept {
 }
 
 HWND CWnd::Forget() noexcept {
-    if (m_hWnd) t_Objects.Remove(*this);
+    if (m_hWnd) t_State.objects.Remove(*this);
     m_pfnSuper = nullptr;
     return std::exchange(m_hWnd, nullptr);
 }
@@ -144,9 +171,10 @@ BOOL CWnd::SubclassDlgItem(UINT id, CWnd* parent) noexcept {
 }
 
 LRESULT CWnd::Receive(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
-    CWnd* const object = FromHandlePermanent(window);
+    ThreadState& state = t_State;
+    CWnd* const object = state.objects.Find(window);
     if (!object) return ::DefWindowProcA(window, message, first, second);
-    const AnsweredMessage answered({message, first, second});
+    const AnsweredMessage answered(state, message, first, second);
     LRESULT result = 0;
     try {
         result = object->WindowProc(message, first, second);
@@ -157,7 +185,7 @@ LRESULT CWnd::Receive(HWND window, UINT message, WPARAM first, LPARAM second) no
         AfxProcessWndProcException(nullptr);
     }
     // The object itself may have ended meanwhile.
-    if (message == WM_NCDESTROY && FromHandlePermanent(window) == object) object->Detach();
+    if (message == WM_NCDESTROY && state.objects.Find(window) == object) object->Detach();
     return result;
 }
 
@@ -172,10 +200,12 @@ LRESULT CWnd::Pass_On(UINT message, WPARAM first, LPARAM second) noexcept {
 }
 
 LRESULT CWnd::Default() noexcept {
-    return Pass_On(t_Current.message, t_Current.first, t_Current.second);
+    const Message& answered = *t_State.answered;
+    return Pass_On(answered.message, answered.first, answered.second);
 }
 
 BOOL CWnd::OnWndMsg(UINT message, WPARAM first, LPARAM second, LRESULT* result) {
+    if (!Is_About_Child(message)) return Answer({message, 0, 0, nullptr}, first, second, *result);
     CWnd* const child = FromHandlePermanent(Child_Of(message, second));
     if (child && child->OnChildNotify(message, first, second, result)) return TRUE;
     UINT code = 0;
@@ -201,16 +231,25 @@ BOOL CWnd::OnChildNotify(UINT message, WPARAM first, LPARAM second, LRESULT* res
     return Answer({WM_REFLECT_BASE + message, code, 0, nullptr}, first, second, *result);
 }
 
+// Most messages are in no map, and cost no walk through all of them.
 BOOL CWnd::Answer(const AFX_MSGMAP_ENTRY& wanted, WPARAM first, LPARAM second, LRESULT& result) {
-    for (const AFX_MSGMAP* map = GetMessageMap(); map;
-         map = map->pfnGetBaseMap ? map->pfnGetBaseMap() : nullptr) {
-        for (const AFX_MSGMAP_ENTRY* entry = map->lpEntries; entry->nMessage; ++entry) {
-            if (entry->nMessage == wanted.nMessage && entry->nCode == wanted.nCode &&
-                entry->nID == wanted.nID)
-                return entry->pfn(*this, first, second, result);
-        }
-    }
-    return FALSE;
+    const AFX_MSGMAP* const map = GetMessageMap();
+    if (map != m_KnownMap) Learn(map);
+    if ((m_KnownMessages & Kind_Of(wanted)) == 0) return FALSE;
+    const AFX_MSGMAP_ENTRY* const found = Find_Entry(map, [&](const AFX_MSGMAP_ENTRY& entry) {
+        return entry.nMessage == wanted.nMessage && entry.nCode == wanted.nCode &&
+               entry.nID == wanted.nID;
+    });
+    return found ? found->pfn(*this, first, second, result) : FALSE;
+}
+
+void CWnd::Learn(const AFX_MSGMAP* map) noexcept {
+    m_KnownMap = map;
+    m_KnownMessages = 0;
+    Find_Entry(map, [this](const AFX_MSGMAP_ENTRY& entry) {
+        m_KnownMessages |= Kind_Of(entry);
+        return false;
+    });
 }
 
 void CWnd::OnDestroy() {

@@ -1,6 +1,8 @@
 // Windows.
 #pragma once
 
+#include <cstdint>
+
 #include "../export.h"
 #include "../winapi.h"
 #include "CCmdTarget.h"
@@ -76,10 +78,13 @@ private:
     static LRESULT Receive(HWND window, UINT message, WPARAM first, LPARAM second) noexcept;
     LRESULT Pass_On(UINT message, WPARAM first, LPARAM second) noexcept;
     BOOL Answer(const AFX_MSGMAP_ENTRY& wanted, WPARAM first, LPARAM second, LRESULT& result);
+    void Learn(const AFX_MSGMAP* map) noexcept;
     HWND Forget() noexcept;
 
     CWnd* m_NextInBucket = nullptr;
-    WNDPROC m_pfnSuper = nullptr;  // of a window whose messages are the object's
+    const AFX_MSGMAP* m_KnownMap = nullptr;
+    std::uint64_t m_KnownMessages = 0;  // a bit for each kind that this map and its bases have
+    WNDPROC m_pfnSuper = nullptr;       // of a window whose messages are the object's
 };
 
 namespace rv {

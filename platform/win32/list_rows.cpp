@@ -39,11 +39,16 @@ private:
         return m_Compare(left.data, right.data, m_Parameter) < 0;
     }
 
-    // The second run ends where the target does, so what is left of it is in its place.
+    // The second run ends where the target does, so what is left of it is in its place. Which of
+    // two goes before is anybody's guess, so that no jump depends on it.
     void Merge(const SortEntry* first, const SortEntry* first_end, const SortEntry* second,
                const SortEntry* second_end, SortEntry* target) noexcept {
-        while (first != first_end && second != second_end)
-            *target++ = Goes_Before(*second, *first) ? *second++ : *first++;
+        while (first != first_end && second != second_end) {
+            const bool is_second = Goes_Before(*second, *first);
+            *target++ = *(is_second ? second : first);
+            second += is_second;
+            first += !is_second;
+        }
         std::copy(first, first_end, target);
     }
 
