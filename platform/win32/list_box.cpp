@@ -82,6 +82,7 @@ private:
 
     // None is cut at the bottom.
     void Shrink_To_Rows() noexcept {
+        if (m_Style & LBS_NOINTEGRALHEIGHT) return;
         const int height = rv::Inside_Of(*this).bottom;
         if (height < kRowHeight || height % kRowHeight == 0) return;
         SetWindowPos(Handle(), nullptr, 0, 0, rv::Width_Of(m_Place),

@@ -1,13 +1,15 @@
 // The class "ListBox": a list of texts, one of which is chosen by the user.
 //
-// It makes itself lower, so that its inside shows whole rows. Rows are counted from 0. A row that
-// there is not, and a text that there is no memory for, are answered by LB_ERR and LB_ERRSPACE.
+// It makes itself lower, so that its inside shows whole rows, but for LBS_NOINTEGRALHEIGHT.
+// Rows are counted from 0. A row that there is not, and a text that there is no memory for, are
+// answered by LB_ERR and LB_ERRSPACE.
 #pragma once
 
 #include "types.h"
 
 inline constexpr DWORD LBS_NOTIFY = 0x1;  // the parent hears LBN_SELCHANGE when the user chooses
 inline constexpr DWORD LBS_SORT = 0x2;    // LB_ADDSTRING goes by the order of texts, case apart
+inline constexpr DWORD LBS_NOINTEGRALHEIGHT = 0x100;
 
 inline constexpr int LB_ERR = -1;
 inline constexpr int LB_ERRSPACE = -2;

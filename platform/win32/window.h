@@ -65,6 +65,10 @@ inline constexpr DWORD WS_HSCROLL = 0x00100000;   // a list box has scroll bars
 inline constexpr DWORD WS_VSCROLL = 0x00200000;   // where it needs them
 inline constexpr DWORD WS_BORDER = 0x00800000;    // a frame of one pixel
 inline constexpr DWORD WS_EX_CLIENTEDGE = 0x200;  // a sunken frame of two pixels
+// Kept; they are for the system's own dialogs and frames, of which there are none.
+inline constexpr DWORD WS_TABSTOP = 0x00010000;
+inline constexpr DWORD WS_SYSMENU = 0x00080000;
+inline constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
 
 // What a new window is made of, for WM_NCCREATE and WM_CREATE.
 struct CREATESTRUCTA {

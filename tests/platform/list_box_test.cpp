@@ -138,6 +138,11 @@ TEST(ListBox, ShowsWholeRows) {
             EXPECT_EQ(inside.right, 88) << height;
         }
     }
+    HWND const cut = Make_Window("ListBox", kChild | LBS_NOINTEGRALHEIGHT, top, 4);
+    MoveWindow(cut, 5, 5, 90, 37, FALSE);
+    RECT inside;
+    GetClientRect(cut, &inside);
+    EXPECT_EQ(inside.bottom, 37);
 }
 
 }  // namespace
