@@ -165,7 +165,8 @@ void Window::Show_Colors(RVResourceLoader& items) {
     }
 }
 
-// Numbers and dates by what they are, texts by their letters.
+// Numbers and dates by what they are, texts by their letters. The arguments are RVListCtrl's.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 int Window::Order(int column, CString first_text, LONG first, CString second_text, LONG second,
                   LONG) {
     const auto& rows = g_Document->attachments;

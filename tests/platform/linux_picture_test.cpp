@@ -1,11 +1,10 @@
 // Pictures of windows, read back by an independent reader.
-#include <png.h>
-
 #include <filesystem>
 #include <random>
 #include <vector>
 
 #include "allocation_sweep.h"
+#include "image.h"
 #include "recorded_window.h"
 
 namespace {
@@ -14,24 +13,6 @@ using namespace rv_test;
 namespace fs = std::filesystem;
 
 constexpr COLORREF kRed = RGB(255, 0, 0);
-
-struct Image {
-    explicit Image(const fs::path& path) {
-        header.version = PNG_IMAGE_VERSION;
-        EXPECT_TRUE(png_image_begin_read_from_file(&header, path.c_str())) << header.message;
-        header.format = PNG_FORMAT_RGB;
-        bytes.resize(PNG_IMAGE_SIZE(header));
-        EXPECT_TRUE(png_image_finish_read(&header, nullptr, bytes.data(), 0, nullptr))
-            << header.message;
-    }
-    COLORREF At(std::size_t x, std::size_t y) const {
-        const png_byte* const at = &bytes[(y * header.width + x) * 3];
-        return RGB(at[0], at[1], at[2]);
-    }
-
-    png_image header = {};
-    std::vector<png_byte> bytes;
-};
 
 struct PictureTest : testing::Test {
     PictureTest() { fs::remove(path); }
