@@ -9,10 +9,12 @@
 // system's own button paints over it when it is enabled, pressed or given the focus.
 class RVUTILS_API RVColorCellCtrl : public CButton {
 public:
+    // Black, or of that colour.
     RVColorCellCtrl();
     explicit RVColorCellCtrl(COLORREF color);
     ~RVColorCellCtrl() override;
 
+    // The colour that is shown, or is going to be.
     COLORREF Get_Color() const;
     // A cell that is hidden or disabled shows the colour when it is painted next.
     void Set_Color(COLORREF color);
@@ -21,6 +23,7 @@ public:
     void DrawItem(DRAWITEMSTRUCT* item) override;
 
 protected:
+    // Paints the cell; that the focus leaves it changes nothing of its looks.
     void OnPaint();
     void OnKillFocus(CWnd* next);
 

@@ -114,7 +114,9 @@ public:
     CImageList* SetImageList(CImageList* images, int kind);
 
 protected:
+    // Sorts by the column whose header was clicked, where that is allowed; `result` becomes 0 then.
     void On_Column_Click(NMHDR* notice, LRESULT* result);
+    // Stores the widths of the columns.
     void OnDestroy();
     LRESULT WindowProc(UINT message, WPARAM first, LPARAM second) override;
 

@@ -14,6 +14,7 @@ public:
     RVStatic();
     ~RVStatic() override;
 
+    // The label is painted again, where there is one.
     void Set_Text_Color(COLORREF color);
     void Set_Background_Color(COLORREF color);
 

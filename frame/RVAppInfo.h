@@ -16,6 +16,7 @@ public:
     RVUTILS_API RVAppInfo& operator=(const RVAppInfo& other);
     virtual ~RVAppInfo();
 
+    // The application's facts, whose meaning is zorLtUtils10's affair.
     RVString m_Text;
     char m_Fixed_Text[129] = {};
     ULONG m_Number = 0;

@@ -16,8 +16,10 @@ public:
     RVUTILS_API RVMasterSettings(const RVMasterSettings& other);
     RVUTILS_API RVMasterSettings& operator=(const RVMasterSettings& other);
 
+    // Whether the settings are open: m_Open.
     RVUTILS_API bool Is_Open() const noexcept;
 
+    // The fields, whose meaning is their owner's affair.
     ULONG m_First = 0;
     ULONG m_Second = 0;
     bool m_Open = false;

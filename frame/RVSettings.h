@@ -6,6 +6,7 @@
 
 #include "../platform/winapi.h"
 
+// The numbers of the two interfaces, for QueryInterface and Get_Service.
 inline constexpr IID IID_IRVHostServices = {
     0xDA9A1B49, 0x7564, 0x11D1, {0xA7, 0xEF, 0x00, 0x80, 0xC8, 0x3B, 0xFC, 0xEB}};
 inline constexpr IID IID_IRVSettingsStore = {

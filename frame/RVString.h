@@ -13,6 +13,7 @@ public:
     RVString() noexcept = default;
     RVString(const RVString&) = default;
     RVString(RVString&&) noexcept = default;
+    // A copy of the text; null is the empty one.
     RVString(const CString& text);
     RVString(const char* text);
     // The wide text made narrow.
@@ -21,6 +22,7 @@ public:
 
     RVString& operator=(const RVString&) = default;
     RVString& operator=(RVString&&) noexcept = default;
+    // As the constructors take them; on failure the object is as it was.
     RVString& operator=(const CString& text);
     RVString& operator=(const char* text);
     RVString& operator=(wchar_t* text);

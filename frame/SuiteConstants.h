@@ -19,6 +19,7 @@ inline const RVString kDatabaseClassId("DbClassId");
 inline const RVString kUploadServer("UploadServer");
 inline const RVString kUploadFilePath("UploadFilePath");
 
+// The file of the master settings, without its folder.
 inline const RVString kMasterSettingsFile("zorMasterSettings.xml");
 // Below the folder for the data of all users.
 inline const RVString kApplicationDataFolder("\\ZOR\\Trellis Workbench");
@@ -36,6 +37,7 @@ inline constexpr const char* kDeveloperProfiler = "DevProfiler";
 inline constexpr const char* kTraceMasks = "TraceMasks";
 inline constexpr const char* kTracePath = "TracePath";
 
+// What applications show of themselves.
 inline const RVString kSuiteVersion("9.0.1033.1");
 inline const RVString kSuiteYear("2016");
 // What stands for them in a text.

@@ -18,6 +18,7 @@
 // may register at once. Nothing is thrown.
 class RVUTILS_API RVRegCategory {
 public:
+    // `class_id`: the plug-in's class, which need not be registered.
     explicit RVRegCategory(const GUID& class_id) noexcept;
 
     // Also makes the application's category, which stays for good. False when either fails, and

@@ -16,6 +16,7 @@
 // they begin with. Without memory a word throws CMemoryException*, and the array is as it was.
 class RVUTILS_API RVCmdLineInfo : public CCommandLineInfo {
 public:
+    // Words are added behind those that `words` has already.
     explicit RVCmdLineInfo(CStringArray& words);
     ~RVCmdLineInfo() override;
 

@@ -23,6 +23,7 @@
 // held.
 class RVUTILS_API RVMutex {
 public:
+    // Waits until the mutex of this GUID is free, however long that takes, and holds it.
     explicit RVMutex(const GUID& guid);
     RVMutex(const RVMutex& other);
     // Gives back what the object held before, unless it has other copies.

@@ -29,6 +29,7 @@
 // at a time.
 class RVUTILS_API RVSharedMemory {
 public:
+    // `quiet`: failures show nothing.
     explicit RVSharedMemory(bool quiet = false) noexcept;
     RVSharedMemory(const RVSharedMemory& other) noexcept;
     // Lets go of what the object had before.

@@ -27,6 +27,7 @@ public:
     RVDwordCrossRef& operator=(const RVDwordCrossRef&) = delete;
     virtual ~RVDwordCrossRef();
 
+    // Appends a link to the key's; the same one may be there several times.
     void Add_Link(ULONG key, ULONG referenced_id);
     // Replaces the contents of `list` with the key's referenced ids. False, and an empty list, for
     // a key without links; the list is empty, too, where there is no memory for it.

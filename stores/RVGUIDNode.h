@@ -22,6 +22,7 @@ struct GUIDNodeHash;
 class RVUTILS_API RVGUIDNode : public CObject {
 public:
     RVGUIDNode() noexcept;
+    // With both. The pointer is kept as it is, and never followed.
     RVGUIDNode(GUID guid, void* pointer);
     RVGUIDNode(const RVGUIDNode& other);
     RVGUIDNode& operator=(const RVGUIDNode& other);

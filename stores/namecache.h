@@ -33,10 +33,10 @@
 // Start_Scan then still holds the lock, and Stop_Scan releases it.
 class RVUTILS_API RVNameCache {
 public:
-    // An association. `id` of a fresh one has no defined value.
+    // An association.
     struct RVNameItem {
-        ULONG id;
-        RVString name;
+        ULONG id;       // of a fresh one, without a defined value
+        RVString name;  // what belongs to it
     };
 
     RVNameCache();

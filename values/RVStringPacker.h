@@ -19,11 +19,13 @@
 class RVUTILS_API RVStringPacker {
 public:
     RVStringPacker() noexcept;
+    // With a packed text, as Set.
     RVStringPacker(const RVString& packed);
     RVStringPacker(const RVStringPacker& other);
     RVStringPacker& operator=(const RVStringPacker& other);
     virtual ~RVStringPacker();
 
+    // Takes all items away.
     void Empty() noexcept;
     // Takes a packed text. The empty one holds no item.
     void Set(const RVString& packed);

@@ -22,6 +22,7 @@
 class RVUTILS_API RVVariant : public ATL::CComVariant {
 public:
     RVVariant() noexcept = default;
+    // A copy of any variant.
     RVVariant(const VARIANT& source) : CComVariant(source) {}
     RVVariant(const ATL::CComVariant& source) : CComVariant(source) {}
     RVVariant(const RVVariant& source) = default;
@@ -29,10 +30,12 @@ public:
 
     RVVariant& operator=(const RVVariant& source) = default;
 
+    // A number under its own type.
     RVVariant(char value) noexcept { Put(VT_I1, cVal, value); }
     RVVariant(unsigned char value) noexcept { Put(VT_UI1, bVal, value); }
     // It would be taken for an `int`.
     RVVariant(signed char value) = delete;
+    // The same, but that an `int` is a truth value.
     RVVariant(short value) noexcept { Put(VT_I2, iVal, value); }
     RVVariant(unsigned short value) noexcept { Put(VT_UI2, uiVal, value); }
     RVVariant(int truth) noexcept { Put_Truth(truth != 0); }
@@ -63,6 +66,7 @@ public:
         if (object) object->AddRef();
     }
 
+    // Give the number where the variant has that very type.
     [[nodiscard]] HRESULT Get_Value(char& value) const noexcept { return Read(VT_I1, cVal, value); }
     [[nodiscard]] HRESULT Get_Value(unsigned char& value) const noexcept {
         return Read(VT_UI1, bVal, value);

@@ -12,9 +12,12 @@
 // instead; so it does when the callback throws, whose exception ends there, and when it reports
 // something itself.
 struct RVErrorSink {
+    // Gets the reports of pProgrammer_Error: code, source file and line.
     void (*m_Error)(void* context, unsigned int code, const char* source_file,
                     ULONG line) = nullptr;
+    // Gets the traces, with their level.
     void (*m_Trace)(void* context, ULONG level, const char* text) = nullptr;
+    // Handed to both as it is; the owner's affair.
     void* m_Context = nullptr;
 };
 

@@ -34,12 +34,14 @@ inline constexpr ULONG kApplicationModule = 0xFFFFFFFF;
 // The strings of one file. What needs memory throws CMemoryException* when there is none.
 class ZORLANGMGR_API LanguageFile {
 public:
+    // One string.
     struct Item {
-        ULONG module;
-        ULONG string;
+        ULONG module;           // the numbers that stand
+        ULONG string;           // in front of its "="
         std::string_view text;  // in UTF-8, may hold NUL characters; as long as the file object
     };
 
+    // How reading ended; kMissing: there is no such file.
     enum class Result { kRead, kMissing, kRefused };
 
     // Reads the file `path` in place of what was read before, which stays unless the result is
