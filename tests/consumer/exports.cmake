@@ -1,45 +1,76 @@
-# Holds the library's exported names against the families that are meant to be its face.
+# Holds the names that a library exports against a list of them, demangled and in order.
 #
-#     cmake -DLIBRARY=... -DNM=... -DOBJDUMP=... -DCXXFILT=... -P exports.cmake
+#     cmake -DLIBRARY=... -DLIST=... -DPROMISED=name;... -DNM=... -DOBJDUMP=... -DCXXFILT=...
+#           -P exports.cmake
+#
+# With RVUTILS_RENEW_EXPORTS in the environment, the list is written anew instead.
 
-set(prefix "vtable for |typeinfo for |typeinfo name for |(unsigned )?int ")
-set(classes RVAppInfo RVButton RVCmdLineInfo RVColorCellCtrl RVDateTime RVDirMgr RVDwordCrossRef RVEditingStatus
-  RVGUIDNode RVListBox RVListCtrl RVMasterSettings RVMutex RVNameCache RVRegCategory RVRegTool
-  RVResourceLoader RVSharedMemory RVStatic RVStringPacker RVVariant RVWaitCursor RVXmlParser RVbsuErrorLog)
-set(functions pBase64_ pCombine_File_Path pFind_Running_Instance pGet_App_Data_Path
-  pGet_Tab_Ctrl_Data "p(Init|Cleanup)_Language_Support" pHandle_Language_Message pIs_Push_Button
-  pSet_Dialog_Focus pSQL_Double_To_String "(HashKey|CompareElements)<RVGUIDNode")
-list(JOIN classes "|" classes)
-list(JOIN functions "|" functions)
-# What a DLL shows beside them: the types that it catches, whose descriptions every module has.
-set(caught "typeinfo (name )?for (CException[*]?|rv::HeapObject)$")
-set(families "^(${prefix})?(${classes}|${functions})|^${caught}")
+function(read_elf names)
+  execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE listing
+                  COMMAND_ERROR_IS_FATAL ANY)
+  # Weak names are instances of the standard library's templates.
+  string(REGEX MATCHALL "[0-9a-f]+ [TDBR] [^\n]+" found "${listing}")
+  list(TRANSFORM found REPLACE "^[0-9a-f]+ [TDBR] " "")
+  set(${names} ${found} PARENT_SCOPE)
+endfunction()
 
-if(LIBRARY MATCHES "\\.dll$")
-  execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+function(read_dll names)
+  execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE listing
+                  COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table" "" listing "${listing}")
   # A bracket would hold a list of CMake's together.
   string(REPLACE "]" "|" listing "${listing}")
   string(REGEX REPLACE "\n\n.*" "" listing "${listing}")
-  string(REGEX MATCHALL "[|] [A-Za-z0-9_?@$]+" names "${listing}")
-  list(TRANSFORM names REPLACE "^[|] " "")
+  string(REGEX MATCHALL "[|] [A-Za-z0-9_?@$]+" found "${listing}")
+  list(TRANSFORM found REPLACE "^[|] " "")
+  set(${names} ${found} PARENT_SCOPE)
+endfunction()
+
+if(LIBRARY MATCHES "\\.dll$")
+  read_dll(names)
 else()
-  # Weak names are instances of the standard library's templates.
-  execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE listing
-                  COMMAND_ERROR_IS_FATAL ANY)
-  string(REGEX MATCHALL "[0-9a-f]+ [TDBR] [^\n]+" names "${listing}")
-  list(TRANSFORM names REPLACE "^[0-9a-f]+ [TDBR] " "")
+  read_elf(names)
 endif()
 if(NOT names)
   message(FATAL_ERROR "no exported name was found in ${LIBRARY}")
 endif()
 
-foreach(name IN LISTS names)
-  execute_process(COMMAND ${CXXFILT} ${name} OUTPUT_VARIABLE plain OUTPUT_STRIP_TRAILING_WHITESPACE
-                  COMMAND_ERROR_IS_FATAL ANY)
-  if(NOT plain MATCHES "${families}")
-    message(SEND_ERROR "exported without being meant to be: ${plain}")
+cmake_path(GET LIBRARY FILENAME library)
+set(mangled ${CMAKE_CURRENT_BINARY_DIR}/${library}.names)
+list(JOIN names "\n" lines)
+file(WRITE ${mangled} "${lines}\n")
+execute_process(COMMAND ${CXXFILT} INPUT_FILE ${mangled} OUTPUT_VARIABLE plain
+                COMMAND_ERROR_IS_FATAL ANY)
+file(REMOVE ${mangled})
+# Two constructors of one class have one name each for the object and for the base of another.
+string(REGEX MATCHALL "[^\n]+" exported "${plain}")
+list(REMOVE_DUPLICATES exported)
+list(SORT exported)
+
+if(DEFINED ENV{RVUTILS_RENEW_EXPORTS})
+  list(JOIN exported "\n" lines)
+  file(WRITE ${LIST} "${lines}\n")
+  message(STATUS "${LIST} is new")
+endif()
+
+file(STRINGS ${LIST} listed)
+set(gone ${listed})
+list(REMOVE_ITEM gone ${exported})
+list(REMOVE_ITEM exported ${listed})
+foreach(name IN LISTS gone)
+  message(SEND_ERROR "exported no longer: ${name}")
+endforeach()
+foreach(name IN LISTS exported)
+  message(SEND_ERROR "exported, but not listed: ${name}")
+endforeach()
+if(gone OR exported)
+  message(SEND_ERROR
+    "If that is meant, say so in CHANGELOG.md and run the test once with RVUTILS_RENEW_EXPORTS=1.")
+endif()
+foreach(name IN LISTS PROMISED)
+  if(NOT listed MATCHES "(^|;|[ &])${name}[(:<]")
+    message(SEND_ERROR "promised, but not exported: ${name}")
   endif()
 endforeach()
-list(LENGTH names count)
+list(LENGTH listed count)
 message(STATUS "${count} exported names")
