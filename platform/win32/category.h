@@ -46,6 +46,12 @@ inline constexpr HRESULT E_NOTIMPL = static_cast<HRESULT>(0x80004001);
 inline constexpr HRESULT E_NOINTERFACE = static_cast<HRESULT>(0x80004002);
 inline constexpr HRESULT REGDB_E_CLASSNOTREG = static_cast<HRESULT>(0x80040154);
 
+// What a thread calls before and after it uses COM. Nothing has to be made ready here: S_OK.
+inline HRESULT CoInitialize(void*) noexcept {
+    return S_OK;
+}
+inline void CoUninitialize() noexcept {}
+
 // Makes an object of a class, of which there is one: CLSID_StdComponentCategoriesMgr, with
 // ICatRegister. `outer`: null. `*object`, which the caller releases, is null on failure:
 // REGDB_E_CLASSNOTREG for another class, E_NOINTERFACE for another interface, E_OUTOFMEMORY, and

@@ -28,12 +28,10 @@ protected:
     RVRegCategory m_Plug_In{kClass};
 
 private:
-#if defined(_WIN32)
     struct Com {
         Com() { CoInitialize(nullptr); }
         ~Com() { CoUninitialize(); }
     } m_Com;
-#endif
     rv_test::TestRegistry m_Registry{HKEY_CLASSES_ROOT, kClassPath};
 };
 
