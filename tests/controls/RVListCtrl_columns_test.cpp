@@ -252,6 +252,8 @@ TEST(ListColumns, KeepTheArrowsBesideSmallImages) {
     ASSERT_TRUE(small_images.Create(16, 16, ILC_COLOR32, 0, 1));
     ASSERT_TRUE(large_images.Create(32, 32, ILC_COLOR32, 0, 1));
     EXPECT_FALSE(large_images.Create(32, 32, ILC_COLOR32, 0, 1));
+    EXPECT_FALSE(large_images.Attach(small_images.GetSafeHandle()));
+    EXPECT_FALSE(CImageList().Attach(nullptr));
     EXPECT_EQ(shown.list.SetImageList(&small_images, LVSIL_SMALL), nullptr);
     EXPECT_EQ(shown.list.SetImageList(&large_images, LVSIL_NORMAL), nullptr);
     EXPECT_EQ(arrows(), before);

@@ -140,7 +140,11 @@ TEST(Mutex, IsHeldByOneThreadAsOftenAsItTookIt) {
 
 TEST(Mutex, PassesOnWhatAThreadEndedWith) {
     CMutex mutex(FALSE, "rv_test mutex"), inner(FALSE, "rv_test inner");
-    std::thread([&] { EXPECT_TRUE(mutex.Lock() && inner.Lock() && mutex.Lock()); }).join();
+    std::thread([&] {
+        CMutex between(FALSE, "rv_test between");
+        EXPECT_TRUE(mutex.Lock() && between.Lock() && inner.Lock());
+        EXPECT_TRUE(mutex.Lock() && between.Unlock());
+    }).join();
     EXPECT_EQ(Elsewhere(mutex.m_hObject, 1000), WAIT_ABANDONED);
     EXPECT_EQ(Elsewhere(mutex.m_hObject, 1000), WAIT_OBJECT_0);
     EXPECT_EQ(WaitForSingleObject(inner.m_hObject, 1000), WAIT_ABANDONED);

@@ -62,12 +62,12 @@ TEST(LanguageFile, ReadsItems) {
         {"\t7/4294967295\t = \t two words \t\n", {{{7, 4294967295}, "two words"}}},
         {"1/1 =\n1/2 = \n", {{{1, 1}, ""}, {{1, 2}, ""}}},
         {"2/1 = c\n1/2 = b\n1/1 = a\n", {{{1, 1}, "a"}, {{1, 2}, "b"}, {{2, 1}, "c"}}},
-        {R"(1/1 = \n\r\t\\\s\x1b\x41\x00)"
+        {R"(1/1 = \n\r\t\\\s\x1a\x7f\x4A\x6F\x39\x00)"
          "\n",
          {{{1, 1},
-           std::string("\n\r\t\\ \x1b"
-                       "A\0",
-                       8)}}},
+           std::string("\n\r\t\\ \x1a\x7f"
+                       "Jo9\0",
+                       11)}}},
         {"1/1 = \xC3\x9F\xE2\x82\xAC\xF0\x9F\x98\x80 and more of it\n",
          {{{1, 1}, "\xC3\x9F\xE2\x82\xAC\xF0\x9F\x98\x80 and more of it"}}},
     };

@@ -13,6 +13,16 @@ namespace {
 
 using Words = std::vector<std::string>;
 
+class Listener : public CCommandLineInfo {
+public:
+    void ParseParam(const char* word, BOOL flag, BOOL last) override {
+        m_AreLast.push_back(last != FALSE);
+        CCommandLineInfo::ParseParam(word, flag, last);
+    }
+
+    std::vector<bool> m_AreLast;
+};
+
 TEST(CommandLine, GoesToParseParamWordByWord) {
     EXPECT_TRUE(std::strstr(__argv[0], "tests_services")) << __argv[0];
     EXPECT_FALSE(__argv[__argc]);
@@ -35,7 +45,7 @@ TEST(CommandLine, GoesToParseParamWordByWord) {
         CStringArray array;
         array.Add("before");
         RVCmdLineInfo info(array);
-        CCommandLineInfo base;
+        Listener base;
         CWinApp().ParseCommandLine(base);
         CWinApp().ParseCommandLine(info);
         __argc = count;
@@ -43,6 +53,9 @@ TEST(CommandLine, GoesToParseParamWordByWord) {
         ASSERT_EQ(array.GetSize(), 1 + std::ssize(elements));
         for (std::size_t at = 0; at < elements.size(); ++at)
             EXPECT_EQ(array[static_cast<INT_PTR>(at) + 1].GetString(), elements[at]);
+        std::vector<bool> are_last(elements.size());
+        if (!elements.empty()) are_last.back() = true;
+        EXPECT_EQ(base.m_AreLast, are_last);
         EXPECT_EQ(base.m_strFileName.GetString(), file);
         EXPECT_EQ(base.m_nShellCommand == CCommandLineInfo::FileOpen, !file.empty());
         EXPECT_EQ(info.m_nShellCommand, CCommandLineInfo::FileNew);
