@@ -104,15 +104,31 @@ struct RVListCtrl::Sort {
         LPARAM data;
         int text;
     };
+    // What LVM_SORTITEMS orders the rows of `list` by.
+    template <int (Sort::*order)(const Row&, const Row&) noexcept>
+    static int Compare(LPARAM first, LPARAM second, LPARAM list) noexcept {
+        Sort* const sort = reinterpret_cast<const RVListCtrl*>(list)->m_Sort;
+        if (!sort) return 0;
+        const int left = sort->texts.Find(first);
+        const int right = sort->texts.Find(second);
+        if (left < 0 || right < 0) return 0;
+        const int answer = (sort->*order)({first, left}, {second, right});
+        return sort->list.m_Sort_State > 0 ? answer : -answer;
+    }
+
+    int By_Texts(const Row& first, const Row& second) noexcept { return first.text - second.text; }
+
     // What it throws must not pass through the system's sort.
-    int Ask_Callback(const Row& first, const Row& second) noexcept {
+    int By_Callback(const Row& first, const Row& second) noexcept {
+        if (thrown) return 0;
         try {
             int column;
             bool unused;
             list.Get_Column_Sort(column, unused);
-            return callback(column, texts.Text_Of(first.text), static_cast<LONG>(first.data),
-                            texts.Text_Of(second.text), static_cast<LONG>(second.data),
-                            list.m_Callback_Value);
+            const int order = callback(column, texts.Text_Of(first.text),
+                                       static_cast<LONG>(first.data), texts.Text_Of(second.text),
+                                       static_cast<LONG>(second.data), list.m_Callback_Value);
+            return (order > 0) - (order < 0);
         } catch (...) {
             thrown = std::current_exception();
             return 0;
@@ -181,8 +197,10 @@ void RVListCtrl::Sort_Columns() {
     {
         Sort sort(*this, m_Callback);
         Read_Sort_Texts(sort.texts);
+        const PFNLVCOMPARE compare =
+            sort.callback ? &Sort::Compare<&Sort::By_Callback> : &Sort::Compare<&Sort::By_Texts>;
         SendMessageA(m_hWnd, LVM_SORTITEMS, reinterpret_cast<WPARAM>(this),
-                     reinterpret_cast<LPARAM>(&Compare));
+                     reinterpret_cast<LPARAM>(compare));
         if (sort.thrown) std::rethrow_exception(sort.thrown);
     }
     Renew_Selection();
@@ -193,23 +211,11 @@ void RVListCtrl::Read_Sort_Texts(rv::SortTexts& texts) const {
     bool ascending;
     Get_Column_Sort(column, ascending);
     CellReader reader(*this);
-    texts.Reserve(static_cast<std::size_t>(GetItemCount()));
-    for (int row = 0; row < GetItemCount(); ++row)
+    const int count = GetItemCount();
+    texts.Reserve(static_cast<std::size_t>(count));
+    for (int row = 0; row < count; ++row)
         texts.Add(static_cast<LPARAM>(GetItemData(row)), reader.Read(row, column));
     texts.Finish();
-}
-
-int RVListCtrl::Compare(LPARAM first, LPARAM second, LPARAM list) noexcept {
-    const RVListCtrl& self = *reinterpret_cast<const RVListCtrl*>(list);
-    Sort* const sort = self.m_Sort;
-    if (!sort || sort->thrown) return 0;
-    const int left = sort->texts.Find(first);
-    const int right = sort->texts.Find(second);
-    if (left < 0 || right < 0) return 0;
-    const int order =
-        sort->callback ? sort->Ask_Callback({first, left}, {second, right}) : left - right;
-    const int sign = order < 0 ? -1 : order > 0;
-    return self.m_Sort_State > 0 ? sign : -sign;
 }
 
 void RVListCtrl::Renew_Selection() {

@@ -125,8 +125,6 @@ protected:
 private:
     struct Sort;
 
-    static int Compare(LPARAM first, LPARAM second, LPARAM list) noexcept;
-
     bool Is_Default_Descending(int column) const;
     void Set_Default_Sort_Descending(int column);
     void Begin_Insertion();
@@ -134,7 +132,6 @@ private:
     void Init_Header_Image_List();
     void Init_Column_Image(int column);
     void Set_Header_Arrow(int column, int format, int image);
-    void Move_Sort(int state);
     void Read_Sort_Texts(rv::SortTexts& texts) const;
     void Renew_Selection();
     void Restore_Column_Widths(CList<ULONG, ULONG>& widths) const;
