@@ -17,39 +17,64 @@ struct SortEntry {
     ListRow* row;
 };
 
-// The order is a stranger's: whatever it answers, no step leaves the rows.
+// The order is a stranger's: whatever it answers, no step leaves the rows, and none is lost.
 class MergeSort {
 public:
     MergeSort(PFNLVCOMPARE compare, LPARAM parameter) noexcept
         : m_Compare(compare), m_Parameter(parameter) {}
 
-    // Sorts `count` entries, with room for half as many.
+    // Sorts `count` entries, with room for as many.
     void Sort(SortEntry* entries, SortEntry* room, std::size_t count) noexcept {
         if (count < 2) return;
         const std::size_t half = count / 2;
         Sort(entries, room, half);
         Sort(entries + half, room, count - half);
         if (!Goes_Before(entries[half], entries[half - 1])) return;
-        std::memcpy(room, entries, half * sizeof *entries);
-        Merge(room, room + half, entries + half, entries + count, entries);
+        std::memcpy(room, entries, count * sizeof *entries);
+        const Run first = {room, room + half}, second = {room + half, room + count};
+        if (!Merge_From_Both_Ends(first, second, entries)) Merge(first, second, entries);
     }
 
 private:
+    struct Run {
+        const SortEntry* begin;
+        const SortEntry* end;
+    };
+
     bool Goes_Before(const SortEntry& left, const SortEntry& right) noexcept {
         return m_Compare(left.data, right.data, m_Parameter) < 0;
     }
 
-    // The second run ends where the target does, so what is left of it is in its place. Which of
-    // two goes before is anybody's guess, so that no jump depends on it.
-    void Merge(const SortEntry* first, const SortEntry* first_end, const SortEntry* second,
-               const SortEntry* second_end, SortEntry* target) noexcept {
-        while (first != first_end && second != second_end) {
-            const bool is_second = Goes_Before(*second, *first);
-            *target++ = *(is_second ? second : first);
-            second += is_second;
-            first += !is_second;
+    // So that the answers about one end need not wait for those about the other. The second run is
+    // as long as the first or longer by one: within as many steps as the first has entries no end
+    // leaves its run. False when the ends have not met, since the answers contradict each other.
+    bool Merge_From_Both_Ends(Run first, Run second, SortEntry* target) noexcept {
+        SortEntry* target_end = target + (first.end - first.begin) + (second.end - second.begin);
+        for (auto steps = first.end - first.begin; steps > 0; --steps) {
+            Take_Front(first, second, *target++);
+            const bool is_first = Goes_Before(second.end[-1], first.end[-1]);
+            *--target_end = *((is_first ? first.end : second.end) - 1);
+            first.end -= is_first;
+            second.end -= !is_first;
         }
-        std::copy(first, first_end, target);
+        if (first.begin > first.end || second.begin > second.end) return false;
+        if (target != target_end) *target = *(first.begin != first.end ? first : second).begin;
+        return true;
+    }
+
+    void Merge(Run first, Run second, SortEntry* target) noexcept {
+        while (first.begin != first.end && second.begin != second.end)
+            Take_Front(first, second, *target++);
+        target = std::copy(first.begin, first.end, target);
+        std::copy(second.begin, second.end, target);
+    }
+
+    // Which of two goes before is anybody's guess, so that no jump depends on it.
+    void Take_Front(Run& first, Run& second, SortEntry& target) noexcept {
+        const bool is_second = Goes_Before(*second.begin, *first.begin);
+        target = *(is_second ? second.begin : first.begin);
+        second.begin += is_second;
+        first.begin += !is_second;
     }
 
     const PFNLVCOMPARE m_Compare;
@@ -175,8 +200,7 @@ INT_PTR rv::ListRows::Find(LPARAM data, INT_PTR start) noexcept {
 bool rv::ListRows::Sort(PFNLVCOMPARE compare, LPARAM parameter) noexcept {
     const std::size_t count = m_Rows.Size();
     GrowingArray<SortEntry> entries;
-    // Half of them are set aside at a time.
-    if (!entries.Resize(count + count / 2)) return false;
+    if (!entries.Resize(2 * count)) return false;
     for (std::size_t row = 0; row < count; ++row)
         entries[row] = {m_Rows[row]->data, m_Rows[row]};
     MergeSort(compare, parameter).Sort(entries.begin(), entries.begin() + count, count);

@@ -1,5 +1,6 @@
 // List views with their headers.
 #include <algorithm>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -345,7 +346,27 @@ int CALLBACK End_List(LPARAM, LPARAM, LPARAM) {
     return 1;
 }
 
-TEST(ListView, SurvivesAnOrderThatTouchesItOrContradictsItself) {
+int CALLBACK By_Chance(LPARAM, LPARAM, LPARAM random) {
+    return (*reinterpret_cast<std::mt19937*>(random))() % 2 == 0 ? -1 : 1;
+}
+
+TEST(ListView, LosesNoRowToAnOrderThatContradictsItself) {
+    std::mt19937 random(11);
+    for (int count = 2; count < 80; ++count) {
+        const List list;
+        for (int row = 0; row < count; ++row)
+            list.Insert(row, "x", row);
+        list.Send(LVM_SORTITEMS, reinterpret_cast<WPARAM>(&random),
+                  reinterpret_cast<LPARAM>(&By_Chance));
+        std::vector<LPARAM> data, expected(static_cast<std::size_t>(count));
+        for (int row = 0; row < count; ++row)
+            data.push_back(list.Data(row));
+        std::iota(expected.begin(), expected.end(), 0);
+        EXPECT_TRUE(std::ranges::is_permutation(data, expected)) << count;
+    }
+}
+
+TEST(ListView, SurvivesAnOrderThatTouchesIt) {
     List list;
     g_Sorted = &list;
     for (int row = 0; row < 50; ++row)
