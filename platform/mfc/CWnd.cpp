@@ -46,7 +46,15 @@ struct ThreadState {
     WindowMap objects;
     const Message* answered = &kNoMessage;  // for Default
 };
-constinit thread_local ThreadState t_State = {};
+constinit thread_local ThreadState t_Own = {};
+// Each message looks here, so it is to be found without a call; of the memory for that, a library
+// that is loaded late may not have enough for the record.
+[[gnu::tls_model("initial-exec")]] constinit thread_local ThreadState* t_State = nullptr;
+
+ThreadState& State() noexcept {
+    if (!t_State) t_State = &t_Own;
+    return *t_State;
+}
 
 class AnsweredMessage {
 public:
@@ -112,7 +120,7 @@ CWnd* CWnd::FromHandle(HWND window) {
 }
 
 CWnd* CWnd::FromHandlePermanent(HWND window) noexcept {
-    return window ? t_State.objects.Find(window) : nullptr;
+    return window ? State().objects.Find(window) : nullptr;
 }
 
 BOOL CWnd::CreateEx(DWORD extended_style, const char* class_name, const char* text, DWORD style,
@@ -137,10 +145,10 @@ BOOL CWnd::DestroyWindow() {
 }
 
 BOOL CWnd::Attach(HWND window) noexcept {
-    if (::IsWindow(m_hWnd) || !::IsWindow(window) || t_State.objects.Find(window)) return FALSE;
+    if (::IsWindow(m_hWnd) || !::IsWindow(window) || State().objects.Find(window)) return FALSE;
     Forget();
     m_hWnd = window;
-    t_State.objects.Add(*this);
+    State().objects.Add(*this);
     return TRUE;
 }
 
@@ -153,7 +161,7 @@ HWND CWnd::Detach() noexcept {
 }
 
 HWND CWnd::Forget() noexcept {
-    if (m_hWnd) t_State.objects.Remove(*this);
+    if (m_hWnd) State().objects.Remove(*this);
     m_pfnSuper = nullptr;
     return std::exchange(m_hWnd, nullptr);
 }
@@ -171,7 +179,7 @@ BOOL CWnd::SubclassDlgItem(UINT id, CWnd* parent) noexcept {
 }
 
 LRESULT CWnd::Receive(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
-    ThreadState& state = t_State;
+    ThreadState& state = State();
     CWnd* const object = state.objects.Find(window);
     if (!object) return ::DefWindowProcA(window, message, first, second);
     const AnsweredMessage answered(state, message, first, second);
@@ -200,7 +208,7 @@ LRESULT CWnd::Pass_On(UINT message, WPARAM first, LPARAM second) noexcept {
 }
 
 LRESULT CWnd::Default() noexcept {
-    const Message& answered = *t_State.answered;
+    const Message& answered = *State().answered;
     return Pass_On(answered.message, answered.first, answered.second);
 }
 

@@ -19,9 +19,15 @@ std::atomic<std::uintptr_t> g_NextHandle = 0x10000;
 
 constexpr std::size_t kBuckets = 256;
 
-// The windows of this thread by their handles. It needs no destructor, so that it can be asked
+// The windows of this thread by their handles. They need no destructor, so that they can be asked
 // while the thread ends.
-thread_local Window* t_Buckets[kBuckets];
+struct Buckets {
+    Window* first[kBuckets];
+};
+thread_local Buckets t_Own;
+// Null before the first window. Each message looks here, so it is to be found without a call; of
+// the memory for that, a library that is loaded late may not have enough for the buckets.
+[[gnu::tls_model("initial-exec")]] constinit thread_local Buckets* t_Buckets = nullptr;
 
 }  // namespace
 
@@ -29,10 +35,11 @@ namespace rv {
 
 class ThreadWindows {
 public:
+    ThreadWindows() noexcept { t_Buckets = &t_Own; }
     // Ends with the thread, and its windows with it: in silence, since what would hear of it may
     // have ended before.
     ~ThreadWindows() {
-        for (Window*& first : t_Buckets) {
+        for (Window*& first : t_Own.first) {
             while (first) {
                 Window* const window = std::exchange(first, first->m_NextInBucket);
                 if (!window->m_IsChild) window_registry::Remove(window->m_Handle);
@@ -43,6 +50,7 @@ public:
     }
 
     static Window* Find(HWND handle) noexcept {
+        if (!t_Buckets) return nullptr;
         Window* window = Bucket_Of(handle);
         while (window && window->m_Handle != handle)
             window = window->m_NextInBucket;
@@ -86,7 +94,7 @@ public:
 
 private:
     static Window*& Bucket_Of(HWND handle) noexcept {
-        return t_Buckets[reinterpret_cast<std::uintptr_t>(handle) % kBuckets];
+        return t_Buckets->first[reinterpret_cast<std::uintptr_t>(handle) % kBuckets];
     }
 
     static Window::List& List_Of(Window& window) noexcept {
